@@ -1,0 +1,218 @@
+#include "gui_lib/Skin/Bkg.h"
+
+#include <algorithm>
+#include <cfloat>
+
+#include "gui_lib/base/SaturatingMath.h"
+#include "gui_lib/graphics/GraphicCommands.h"
+#include "platform/qor/BlockPool.h"
+#include "platform/qor/Truncate.h"
+#include "platform/vtx/vtxRenderer.h"
+#include "platform/vtx/vtxShader.h"
+#include "platform/vtx/vtxTexture.h"
+#include "platform/vtx/vtxTextureManager.h"
+
+namespace gui {
+
+namespace {
+
+unsigned packColor(osg::Vec4f const& color) {
+    unsigned word = 0;
+    for (int i = 0; i < 4; ++i) {
+        float const component = std::clamp(color[i] * 255.0f, 0.0f, 255.0f);
+        word |= static_cast<unsigned>(qor::truncateToInt(component)) << (8 * i);
+    }
+    return word;
+}
+
+osg::Vec4f unpackColor(unsigned word) {
+    osg::Vec4f color;
+    for (int i = 0; i < 4; ++i)
+        color[i] = static_cast<float>((word >> (8 * i)) & 0xFF) / 255.0f;
+    return color;
+}
+
+void releaseTexture(vtxTexture* texture) {
+    if (vtxRenderer* renderer = vtxRenderer::get())
+        renderer->getTextureManager()->releaseTexture(texture);
+}
+
+}  // namespace
+
+Bkg::Bkg() {
+    Rect const invalid = {FLT_MAX, FLT_MAX, -FLT_MAX, -FLT_MAX};
+    std::fill(std::begin(cellQuads), std::end(cellQuads), invalid);
+    std::fill(std::begin(cellTexCoords), std::end(cellTexCoords), invalid);
+}
+
+Bkg::~Bkg() { releaseTexture(texture); }
+
+qor::BlockPool& Bkg::bkgPool() {
+    // Never destroyed: a background may be deleted as late as during static destruction.
+    static auto* const pool = new qor::BlockPool(sizeof(Bkg), 1024, "gui_lib/Skin/Bkg.cpp", 16);
+    return *pool;
+}
+
+void* Bkg::operator new(std::size_t) { return bkgPool().alloc(); }
+
+void Bkg::operator delete(void* memory) { bkgPool().free(memory); }
+
+// --- Description ---
+
+void Bkg::set(Info const& info) {
+    setTexture(info.file, info.rect);
+    insets = info.insets;
+    setCellColors(info.cellColors);
+    geometryDirty = true;
+}
+
+void Bkg::setCellColors(qor::vector<osg::Vec4f> const& colors) {
+    if (colors.size() != CellCount)
+        return;
+    std::transform(colors.begin(), colors.end(), cellColors, packColor);
+}
+
+void Bkg::setInsets(Insets const& newInsets) {
+    if (insets == newInsets)
+        return;
+    insets = newInsets;
+    geometryDirty = true;
+}
+
+void Bkg::setTexture(qor::basic_string<char> const& file, osg::RectImpl<osg::Vec2i> const& rect) {
+    setTexture(vtxRenderer::get()->getTextureManager()->getTexture(file, rect, texture));
+}
+
+void Bkg::setTexture(vtxTexture* newTexture) {
+    if (texture == newTexture)
+        return;
+    releaseTexture(texture);
+    texture = newTexture;
+    geometryDirty = true;
+    quads.setTexture(texture);
+}
+
+// --- Geometry ---
+
+void Bkg::setPosition(osg::Vec2i const& newPosition) {
+    if (position == newPosition)
+        return;
+    position = newPosition;
+    geometryDirty = true;
+}
+
+void Bkg::setSize(osg::Vec2i const& newSize) {
+    if (size == newSize)
+        return;
+    size = newSize;
+    geometryDirty = true;
+}
+
+// --- Drawing ---
+
+void Bkg::redraw() {
+    if (!geometryDirty)
+        return;
+    calcCellQuads_();
+    if (texture)
+        calcCellTexCoords_();
+    geometryDirty = false;
+    quadsDirty = true;
+}
+
+void Bkg::calcCellQuads_() {
+    auto const rest = [](int length, int border) { return std::max(0, saturatingSubtract(length, border)); };
+    float const l = static_cast<float>(insets.left);
+    float const t = static_cast<float>(insets.top);
+    float const r = static_cast<float>(insets.right);
+    float const b = static_cast<float>(insets.bottom);
+    float const right = static_cast<float>(rest(size.x(), insets.right));
+    float const bottom = static_cast<float>(rest(size.y(), insets.bottom));
+    float const midW = static_cast<float>(rest(saturatingSubtract(size.x(), insets.right), insets.left));
+    float const midH = static_cast<float>(rest(saturatingSubtract(size.y(), insets.bottom), insets.top));
+
+    cellQuads[LeftTop] = {0, 0, l, t};
+    cellQuads[CenterTop] = {l, 0, midW, t};
+    cellQuads[RightTop] = {right, 0, r, t};
+    cellQuads[LeftCenter] = {0, t, l, midH};
+    cellQuads[CenterCenter] = {l, t, midW, midH};
+    cellQuads[RightCenter] = {right, t, r, midH};
+    cellQuads[LeftBottom] = {0, bottom, l, b};
+    cellQuads[CenterBottom] = {l, bottom, midW, b};
+    cellQuads[RightBottom] = {right, bottom, r, b};
+}
+
+void Bkg::calcCellTexCoords_() {
+    // One axis: the outer edges, the inner ones, and the end of the stretching cell. That cell stops a texel short of
+    // the border behind it, so that bilinear filtering does not smear the border into it; the border starts where it
+    // starts.
+    struct Axis {
+        Axis(float first, float last, int length, int before, int after) {
+            if (length == 0)
+                return;
+            float const texels = static_cast<float>(length);
+            min = first / texels;
+            max = last / texels;
+            low = min + static_cast<float>(before) / texels;
+            high = std::max(max - static_cast<float>(after) / texels, low);
+            mid = after > 0 ? std::max(max - (static_cast<float>(after) + 1.0f) / texels, low) : high;
+        }
+        float min = 0, low = 0, mid = 0, high = 0, max = 0;
+    };
+    bool const sized = texture->width != 0 && texture->height != 0;
+    vtxTexture::Rect const& rect = texture->rect;
+    Axis const u(rect.x1, rect.x2, sized ? texture->width : 0, insets.left, insets.right);
+    Axis const v(rect.y1, rect.y2, sized ? texture->height : 0, insets.top, insets.bottom);
+
+    cellTexCoords[LeftTop] = {u.min, v.min, u.low, v.low};
+    cellTexCoords[CenterTop] = {u.low, v.min, u.mid, v.low};
+    cellTexCoords[RightTop] = {u.high, v.min, u.max, v.low};
+    cellTexCoords[LeftCenter] = {u.min, v.low, u.low, v.mid};
+    cellTexCoords[CenterCenter] = {u.low, v.low, u.mid, v.mid};
+    cellTexCoords[RightCenter] = {u.high, v.low, u.max, v.mid};
+    cellTexCoords[LeftBottom] = {u.min, v.high, u.low, v.max};
+    cellTexCoords[CenterBottom] = {u.low, v.high, u.mid, v.max};
+    cellTexCoords[RightBottom] = {u.high, v.high, u.max, v.max};
+}
+
+void Bkg::doRedraw() {
+    if (!quadsDirty)
+        return;
+    quads.count = 0;
+    for (int cell = 0; cell < CellCount; ++cell) {
+        Rect const& rect = cellQuads[cell];
+        if (cellColors[cell] == 0 || !(rect.x2 > 0.0f) || !(rect.y2 > 0.0f))
+            continue;
+        vtxShaderBkgQuads::BkgQuad quad = {};
+        quad.x = static_cast<float>(position.x()) + rect.x1;
+        quad.y = static_cast<float>(position.y()) + rect.y1;
+        quad.w = rect.x2;
+        quad.h = rect.y2;
+        if (texture) {
+            Rect const& coords = cellTexCoords[cell];
+            quad.uMin = coords.x1;
+            quad.vMin = coords.y1;
+            quad.uMax = coords.x2;
+            quad.vMax = coords.y2;
+        }
+        colorsToDraw[quads.count] = unpackColor(cellColors[cell]);
+        quads.addQuad(quad);
+    }
+    quadsDirty = false;
+}
+
+void Bkg::draw() const {
+    if (quads.count <= 0)
+        return;
+    vtxShader* const shader = vtxRenderer::get()->getShader();
+    shader->turnOnDrawQuads();
+    shader->setColors(colorsToDraw[0].ptr(), quads.count);
+    quads.draw(shader);
+}
+
+void Bkg::make(GraphicCommands* commands) const {
+    if (quads.count >= 1)
+        commands->drawBkg(quads, colorsToDraw[0].ptr());
+}
+
+}  // namespace gui

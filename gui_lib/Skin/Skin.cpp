@@ -1,0 +1,486 @@
+#include "gui_lib/Skin/Skin.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "gui_lib/Skin/Bkg.h"
+#include "gui_lib/Skin/Data.h"
+#include "gui_lib/Skin/FocusRect.h"
+#include "gui_lib/Skin/TargetWidgetScope.h"
+#include "gui_lib/base/textutil.h"
+#include "gui_lib/effects/ShaderEffect.h"
+#include "gui_lib/effects/ShaderEffectManager.h"
+#include "gui_lib/frame/GUI.h"
+#include "gui_lib/graphics/GraphicCommandGuards.h"
+#include "gui_lib/graphics/GraphicCommands.h"
+#include "gui_lib/graphics/ScratchGraphicCommands.h"
+#include "gui_lib/widget/Widget.h"
+#include "platform/qor/Truncate.h"
+#include "platform/vtx/vtxFrameBuffer.h"
+#include "platform/vtx/vtxRenderer.h"
+
+namespace gui::skin {
+
+namespace {
+
+bool isVisible(Bkg::Info const& info) {
+    // A NaN alpha counts as visible: it differs from 0.
+    return std::any_of(info.cellColors.begin(), info.cellColors.end(),
+                       [](osg::Vec4f const& color) { return color.a() != 0.0f; });
+}
+
+bool isVisible(Text::Info const& info) { return !info.font.empty() && info.fontSize >= 1; }
+
+template <class Drawable>
+void destroyDrawable(Drawable*& drawable) {
+    delete drawable;
+    drawable = nullptr;
+}
+
+int getTabSpaces() { return GUI::get() ? GUI::get()->getTabSpacesCount() : 0; }
+
+}  // namespace
+
+Skin::Skin(Widget* newWidget, bool makeData) : widget(newWidget) {
+    if (makeData)
+        setSkinData(new Data(this), true);
+}
+
+Skin::~Skin() {
+    Skin::clearSkinData_();
+    delete bkg;
+    delete text;
+    delete image;
+    delete focusRect;
+    deleteTarget_();
+}
+
+// --- Owner and data ---
+
+void Skin::setWidget(Widget* newWidget) {
+    if (newWidget == widget)
+        return;
+    widget = newWidget;
+    // What is laid out belongs to the widget before.
+    textChanged = true;
+    sizeChanged = true;
+}
+
+void Skin::setSkinData(Data* newData, bool owned) {
+    if (newData != data) {
+        clearSkinData_();
+        data = newData;
+        if (data)
+            data->addUser_(this);
+    }
+    if (data)
+        data->setOwner(this);
+    ownsData = owned;
+}
+
+void Skin::clearSkinData_() {
+    Data* const old = data;
+    data = nullptr;
+    if (!old)
+        return;
+    if (dataUserIndex_ >= 0)
+        old->removeUser_(this);
+    if (ownsData)
+        delete old;
+}
+
+void Skin::copyTo(Skin* other) const {
+    if (!other || other == this)
+        return;
+    if (data)
+        data->copyTo(other->data);
+    other->targetMsaa = targetMsaa;
+    other->targetMips = targetMips;
+}
+
+void Skin::updateWidget(bool sizeDirty) {
+    if (!widget)
+        return;
+    widget->setDirty(Widget::DirtySelf);
+    if (sizeDirty)
+        widget->setDirtySize(true);
+}
+
+void Skin::setTextChanged() { textChanged = true; }
+
+void Skin::setSizeChanged() { sizeChanged = true; }
+
+qor::span<qor::basic_string<wchar_t> const> Skin::getTextLines() {
+    if (textChanged)
+        redraw();
+    return text ? qor::span<qor::basic_string<wchar_t> const>(text->getTextLines())
+                : qor::span<qor::basic_string<wchar_t> const>();
+}
+
+// --- Effects ---
+
+void Skin::setShaderEffect(char const* name, ShaderEffectParams const* params) {
+    if (!ShaderEffectManager::exists()) {
+        effect = nullptr;
+        return;
+    }
+    if (effect) {
+        effect->destroy();
+        effect = nullptr;
+    }
+    if (name)
+        effect = ShaderEffectManager::get().getEffect(name);
+    if (effect) {
+        if (widget)
+            effect->setOwner(widget->getHandler());
+        if (params)
+            effect->setParams(*params);
+    }
+    if (widget)
+        widget->setDirty(Widget::DirtySelf);
+}
+
+ShaderEffect* Skin::getShaderEffect() const { return effect; }
+
+// --- Natural sizes ---
+
+osg::Vec2i Skin::getWidgetNonZoomedSize_() const {
+    if (!widget)
+        return osg::Vec2i();
+    osg::Vec2i const size = widget->getSize();
+    float const zoom = widget->getZoom();
+    if (zoom == 1.0f)
+        return size;
+    return osg::Vec2i(qor::truncateToInt(size.x() / zoom), qor::truncateToInt(size.y() / zoom));
+}
+
+osg::Vec2i Skin::calcSize() {
+    if (!data)
+        return osg::Vec2i();
+    Insets const insets = data->getInsets();
+    osg::Vec2i const textSize = calcTextSize_(InteractiveStateReleased, 1);
+    osg::Vec2i const pictureSize = calcPictureSize_(InteractiveStateReleased, 1);
+    return osg::Vec2i(std::max(textSize.x(), pictureSize.x()) + insets.left + insets.right,
+                      std::max(textSize.y(), pictureSize.y()) + insets.top + insets.bottom);
+}
+
+osg::Vec2i Skin::calcPictureSize_(InteractiveState state, int inner) {
+    Image::Info const* const info = data ? data->getImage(state, inner) : nullptr;
+    return info ? calcImageSize_(*info) : osg::Vec2i();
+}
+
+osg::Vec2i Skin::calcImageSize_(Image::Info const& info) {
+    osg::Vec2i size;
+    if (!info.file.empty()) {
+        Image measured;
+        measured.setTexture(info.file, info.rect);
+        measured.setSize(info.size);
+        size = measured.getSize();
+    }
+    return size + osg::Vec2i(std::abs(info.align.getHorzAlign().offset), std::abs(info.align.getVertAlign().offset));
+}
+
+osg::Vec2i Skin::calcBkgSize_(InteractiveState state, int inner) {
+    Bkg::Info const* const info = data ? data->getBkg(state, inner) : nullptr;
+    if (!info)
+        return osg::Vec2i();
+    return osg::Vec2i(info->insets.left + info->insets.right, info->insets.top + info->insets.bottom);
+}
+
+osg::Vec2i Skin::calcTextSize_(InteractiveState state, int inner) {
+    Text::Info const* const info = data ? data->getText(state, inner) : nullptr;
+    if (!info || !widget)
+        return osg::Vec2i();
+    return calcTextSize2_(widget->getText(), *info, getWidgetNonZoomedSize_());
+}
+
+osg::Vec2i Skin::calcTextSize2_(qor::basic_string<wchar_t> const& theText, Text::Info const& info,
+                                osg::Vec2i const& size) {
+    if (!data)
+        return osg::Vec2i();
+    Text measured;
+    measured.set(info);
+    measured.setWrapping(data->getTextWrapping());
+    measured.setUseEllipsis(data->getUseEllipsis());
+    measured.setInsets(data->getInsets());
+    if (textutil::getTextHasTabs(theText))
+        return measured.calcSize(textutil::replaceTabsBySpaces(theText), size);
+    return measured.calcSize(theText, size);
+}
+
+osg::RectImpl<osg::Vec2i> Skin::getFocusRectBounds_() const {
+    if (!widget)
+        return osg::RectImpl<osg::Vec2i>();
+    return osg::RectImpl<osg::Vec2i>(osg::Vec2i(), getWidgetNonZoomedSize_());
+}
+
+bool Skin::getFocusRectVisible_() const { return widget && widget->getFocused() && widget->getTabOrder() >= 1; }
+
+// --- Layout ---
+
+void Skin::redraw() { redraw_(); }
+
+void Skin::redraw_() {
+    if (data && widget) {
+        InteractiveState const state = widget->getInteractiveState();
+        int const inner = widget->getInnerState();
+        redrawBkg_(state, inner);
+        redrawText_(state, inner);
+        redrawImage_(state, inner);
+        redrawFocusRect_();
+        updateTarget_();
+    }
+    textChanged = false;
+    sizeChanged = false;
+}
+
+void Skin::redrawBkg_(InteractiveState state, int inner) {
+    Bkg::Info const* const info = data->getBkg(state, inner);
+    osg::Vec2i const size = getWidgetNonZoomedSize_();
+    if (!info || size.x() < 1 || size.y() < 1 || !isVisible(*info)) {
+        destroyDrawable(bkg);
+        return;
+    }
+    if (!bkg)
+        bkg = new Bkg;
+    bkg->set(*info);
+    bkg->setSize(size);
+    bkg->redraw();
+}
+
+void Skin::redrawText_(InteractiveState state, int inner) {
+    Text::Info const* const info = data->getText(state, inner);
+    if (!info || !isVisible(*info)) {
+        destroyDrawable(text);
+        return;
+    }
+    if (!text) {
+        text = new Text;
+        text->setDirty(true);
+    } else if (textChanged || sizeChanged) {
+        text->setDirty(true);
+    }
+    text->setWrapping(data->getTextWrapping());
+    text->setUseEllipsis(data->getUseEllipsis());
+    text->setInsets(data->getInsets());
+    text->set(*info);
+    text->redraw(getDisplayText_(), getWidgetNonZoomedSize_(), deleteInvisibleTextLines());
+}
+
+qor::basic_string<wchar_t> const& Skin::getDisplayText_() {
+    qor::basic_string<wchar_t> const& source = widget->getText();
+    if (!textutil::getTextHasTabs(source)) {
+        expanded_.reset();
+        return source;
+    }
+    int const tabSpaces = getTabSpaces();
+    if (!expanded_ || expanded_->source != source || expanded_->tabSpaces != tabSpaces)
+        expanded_.reset(new ExpandedText{source, textutil::replaceTabsBySpaces(source), tabSpaces});
+    return expanded_->text;
+}
+
+void Skin::redrawImage_(Image*& target, Image::Info const* info) {
+    if (!info) {
+        destroyDrawable(target);
+        return;
+    }
+    bool const force = sizeChanged || !target;
+    if (!target)
+        target = new Image;
+    target->set(*info);
+    target->setTexture(info->file, info->rect);
+    target->setInsets(data->getInsets());
+    if (force)
+        target->setDirty(true);
+    target->redraw(getWidgetNonZoomedSize_());
+}
+
+void Skin::redrawImage_(InteractiveState state, int inner) { redrawImage_(image, data->getImage(state, inner)); }
+
+void Skin::redrawFocusRect_() {
+    if (!getFocusRectVisible_()) {
+        destroyDrawable(focusRect);
+        return;
+    }
+    if (!focusRect)
+        focusRect = new FocusRect;
+    focusRect->setInsets(data->getFocusRectInsets());
+    focusRect->setColor(data->getFocusRectColor());
+    focusRect->setBounds(getFocusRectBounds_());
+    focusRect->redraw();
+}
+
+bool Skin::deleteInvisibleTextLines() const { return true; }
+
+// --- Renderer objects ---
+
+void Skin::doRedraw() {
+    if (bkg)
+        bkg->doRedraw();
+    if (text)
+        text->doRedraw();
+    if (image)
+        image->doRedraw();
+    if (focusRect)
+        focusRect->doRedraw();
+    if (target)
+        targetImage->doRedraw();
+    if (effect && widget)
+        effect->doRedraw(widget->getSize());
+    doRedrawTarget_();
+}
+
+// --- Drawing ---
+
+void Skin::draw() {
+    if (!widget)
+        return;
+    vtxRenderer::OpacityGuard const opacity(widget->getOpacity());
+    if (!target) {
+        draw_();
+    } else if (effect) {
+        effect->setTexture(targetImage->getTexture());
+        effect->draw();
+    } else {
+        targetImage->draw();
+    }
+}
+
+void Skin::draw_() {
+    drawBkg_();
+    beginClipByInsets();
+    drawImage_();
+    drawText_();
+    drawChildren_();
+    endClipByInsets();
+}
+
+void Skin::drawBkg_() {
+    if (bkg)
+        bkg->draw();
+}
+
+void Skin::drawText_() {
+    if (text)
+        text->draw();
+}
+
+void Skin::drawImage_() {
+    if (image)
+        image->draw();
+}
+
+void Skin::drawChildren_() {
+    if (widget)
+        widget->drawChildren();
+}
+
+void Skin::drawFocusRect() {
+    if (focusRect)
+        focusRect->draw();
+}
+
+// --- Recording ---
+
+void Skin::make(GraphicCommands* commands) {
+    if (!widget)
+        return;
+    GraphicCommandOpacityGuard const opacity(commands, widget->getOpacity());
+    if (!target) {
+        make_(commands);
+        return;
+    }
+    ScratchGraphicCommands inner;
+    {
+        TargetWidgetScope const scope(widget);
+        make_(inner.get());
+    }
+    commands->drawToTarget(target, getWidgetNonZoomedSize_(), inner->getCommands());
+    if (effect) {
+        effect->setTexture(targetImage->getTexture());
+        effect->make(commands);
+    } else {
+        targetImage->make(commands);
+    }
+}
+
+void Skin::make_(GraphicCommands* commands) {
+    makeBkg_(commands);
+    makeBeginClipByInsets(commands);
+    makeImage_(commands);
+    makeText_(commands);
+    makeChildren_(commands);
+    makeEndClipByInsets(commands);
+}
+
+void Skin::makeBkg_(GraphicCommands* commands) {
+    if (bkg)
+        bkg->make(commands);
+}
+
+void Skin::makeText_(GraphicCommands* commands) {
+    if (text)
+        text->make(commands);
+}
+
+void Skin::makeImage_(GraphicCommands* commands) {
+    if (image)
+        image->make(commands);
+}
+
+void Skin::makeChildren_(GraphicCommands* commands) {
+    if (widget)
+        widget->makeChildren(commands);
+}
+
+void Skin::makeFocusRect(GraphicCommands* commands) {
+    if (focusRect)
+        focusRect->make(commands);
+}
+
+// --- Clip by insets ---
+
+bool Skin::getClipByInsets_(osg::RectImpl<osg::Vec2i>& rect) const {
+    if (!widget || !data || data->getClipInsetsEmpty())
+        return false;
+    GUI const* const gui = GUI::get();
+    Insets const insets = data->getClipInsets();
+    osg::Vec2i position(insets.left, insets.top);
+    if (gui && gui->getTargetWidget())
+        position = position + widget->getTargetPosition_();
+    else
+        position = widget->widgetToScreen(position) + (gui ? gui->getScreenPosition() : osg::Vec2i());
+    osg::Vec2i const size = widget->getSize();
+    double const x2 = double(position.x()) - insets.right - insets.left + size.x();
+    double const y2 = double(position.y()) - insets.bottom - insets.top + size.y();
+    osg::Vec2f const scale = gui ? gui->getOffscreenScaleFactor() : osg::Vec2f(1.0f, 1.0f);
+    rect = osg::RectImpl<osg::Vec2i>(qor::truncateToInt(position.x() * double(scale.x())),
+                                     qor::truncateToInt(position.y() * double(scale.y())),
+                                     qor::truncateToInt(x2 * scale.x()), qor::truncateToInt(y2 * scale.y()));
+    return true;
+}
+
+void Skin::beginClipByInsets() {
+    osg::RectImpl<osg::Vec2i> rect;
+    if (getClipByInsets_(rect))
+        vtxRenderer::get()->pushClipRect(rect);
+}
+
+void Skin::endClipByInsets() {
+    if (widget && data && !data->getClipInsetsEmpty())
+        vtxRenderer::get()->popClipRect();
+}
+
+void Skin::makeBeginClipByInsets(GraphicCommands* commands) {
+    osg::RectImpl<osg::Vec2i> rect;
+    if (getClipByInsets_(rect))
+        commands->pushClipRect(rect);
+}
+
+void Skin::makeEndClipByInsets(GraphicCommands* commands) {
+    if (widget && data && !data->getClipInsetsEmpty())
+        commands->popClipRect();
+}
+
+}  // namespace gui::skin

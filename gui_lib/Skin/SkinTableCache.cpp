@@ -1,0 +1,110 @@
+#include "gui_lib/Skin/SkinTableCache.h"
+
+#include <memory>
+#include <new>
+#include <typeindex>
+
+#include "platform/qor/Lua.h"
+
+#include <lua.hpp>
+
+namespace gui::skin {
+
+namespace {
+
+struct Key {
+    void const* table;
+    std::type_index type;
+
+    bool operator==(Key const&) const = default;
+};
+
+struct KeyHash {
+    std::size_t operator()(Key const& key) const {
+        std::size_t const type = key.type.hash_code();
+        return qor::fnv1a(&key.table, sizeof key.table, qor::fnv1a(&type, sizeof type));
+    }
+};
+
+using Entries = qor::hash_map<Key, std::shared_ptr<Data::StateTable>, KeyHash>;
+
+// A file that claims constant tables but makes new ones each time must not fill the memory.
+constexpr std::size_t mostEntries = 4096;
+
+// Its address is the registry key of the entries.
+char const registryKey = 0;
+
+Entries* findEntries(lua_State* L) {
+    lua_pushlightuserdata(L, const_cast<char*>(&registryKey));
+    lua_rawget(L, LUA_REGISTRYINDEX);
+    auto* const entries = static_cast<Entries*>(lua_touserdata(L, -1));
+    lua_pop(L, 1);
+    return entries;
+}
+
+int destroyEntries(lua_State* L) {
+    static_cast<Entries*>(lua_touserdata(L, 1))->~Entries();
+    return 0;
+}
+
+// The environment of the userdata holds the tables, so that their addresses are not used again.
+Entries* makeEntries(lua_State* L) {
+    lua_pushlightuserdata(L, const_cast<char*>(&registryKey));
+    auto* const entries = new (lua_newuserdata(L, sizeof(Entries))) Entries;
+    lua_createtable(L, 0, 1);
+    lua_pushcfunction(L, destroyEntries);
+    lua_setfield(L, -2, "__gc");
+    lua_setmetatable(L, -2);
+    lua_createtable(L, 0, 0);
+    lua_setfenv(L, -2);
+    lua_rawset(L, LUA_REGISTRYINDEX);
+    return entries;
+}
+
+// Expects the table on the top of the stack.
+void anchorTable(lua_State* L) {
+    lua_pushlightuserdata(L, const_cast<char*>(&registryKey));
+    lua_rawget(L, LUA_REGISTRYINDEX);
+    lua_getfenv(L, -1);
+    lua_pushvalue(L, -3);
+    lua_pushboolean(L, 1);
+    lua_rawset(L, -3);
+    lua_pop(L, 2);
+}
+
+}  // namespace
+
+int SkinTableCache::depth_ = 0;
+
+bool SkinTableCache::getUsable(lua_State* L) {
+    if (depth_ == 0 || !lua_istable(L, -1))
+        return false;
+    qor::LuaStackGuard const guard(L);
+    return qor::luaGetGlobal(L, "SkinTablesConstant") == LUA_TBOOLEAN && lua_toboolean(L, -1);
+}
+
+std::shared_ptr<Data::StateTable> SkinTableCache::find(lua_State* L, std::type_info const& type) {
+    if (!lua_checkstack(L, 8))
+        return nullptr;
+    Entries const* const entries = findEntries(L);
+    if (!entries)
+        return nullptr;
+    auto const found = entries->find(Key{lua_topointer(L, -1), type});
+    return found == entries->end() ? nullptr : found->second;
+}
+
+void SkinTableCache::keep(lua_State* L, std::type_info const& type, std::shared_ptr<Data::StateTable> states) {
+    // Making Lua objects may hit the memory limit; without them nothing is kept.
+    qor::luaProtected(L, -1, [&](lua_State* state) {
+        luaL_checkstack(state, 8, "skin");
+        Entries* entries = findEntries(state);
+        if (!entries)
+            entries = makeEntries(state);
+        if (entries->size() >= mostEntries)
+            return;
+        anchorTable(state);
+        entries->insert_or_assign(Key{lua_topointer(state, -1), type}, std::move(states));
+    });
+}
+
+}  // namespace gui::skin

@@ -1,0 +1,138 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include <osg/Vec2i>
+#include <osg/Vec4f>
+
+#include "gui_lib/base/Align2.h"
+#include "gui_lib/base/Insets.h"
+#include "platform/qor/Api.h"
+#include "platform/qor/Containers.h"
+#include "platform/qor/String.h"
+#include "platform/vtx/vtxFont.h"
+
+class vtxTextString;
+
+namespace gui {
+
+class GraphicCommands;
+
+/// A text laid out in lines inside a box: wrapped or not, shortened with an ellipsis or not, aligned as one block
+/// vertically and by lines horizontally.
+/// Coordinates: GUI units, relative to the owner.
+/// Order: setters, `redraw`, `doRedraw`, then `draw` or `make`.
+class VORLEX_API Text {
+public:
+    /// What a skin says about a text.
+    struct VORLEX_API Info {
+        /// File or family name.
+        qor::basic_string<char> font;
+        int fontSize = 0;
+        /// 0: the font's own.
+        int lineHeight = 0;
+        int lineThroughHeight = 1;
+        int lineThroughOffset = 1;
+        vtxFont::Blur blur = vtxFont::BlurNone;
+        osg::Vec4f color = osg::Vec4f(0.0f, 0.0f, 0.0f, 1.0f);
+        osg::Vec4f bkgColor;
+        osg::Vec4f shadowColor;
+        osg::Vec4f blurColor;
+        osg::Vec4f lineThroughColor;
+        osg::Vec2i shadowOffset;
+        Align2 align = Align2(Align(Align::Min, 0), Align(Align::Center, 0));
+
+        bool operator==(Info const&) const = default;
+    };
+
+    Text();
+    ~Text();
+    Text(Text const&) = delete;
+    Text& operator=(Text const&) = delete;
+
+    // --- Style ---
+    void set(Info const& info);
+    void setFont(qor::basic_string<char> const& font, int size, vtxFont::Blur blur);
+    qor::basic_string<char> const& getFont() const { return info.font; }
+    int getFontSize() const { return info.fontSize; }
+    vtxFont::Blur getBlur() const { return info.blur; }
+    void setColor(osg::Vec4f const& color);
+    osg::Vec4f getColor() const { return info.color; }
+    void setBkgColor(osg::Vec4f const& color);
+    osg::Vec4f getBkgColor() const { return info.bkgColor; }
+    void setBlurColor(osg::Vec4f const& color);
+    osg::Vec4f getBlurColor() const { return info.blurColor; }
+    void setLineThroughColor(osg::Vec4f const& color);
+    osg::Vec4f getLineThroughColor() const { return info.lineThroughColor; }
+    void setLineThroughHeight(int height);
+    int getLineThroughHeight() const { return info.lineThroughHeight; }
+    void setLineThroughOffset(int offset);
+    int getLineThroughOffset() const { return info.lineThroughOffset; }
+    void setShadowColor(osg::Vec4f const& color);
+    osg::Vec4f getShadowColor() const { return info.shadowColor; }
+    void setShadowOffset(osg::Vec2i const& offset);
+    osg::Vec2i getShadowOffset() const { return info.shadowOffset; }
+
+    // --- Layout ---
+    void setAlign(Align2 const& align);
+    Align2 getAlign() const { return info.align; }
+    void setInsets(Insets const& insets);
+    Insets const& getInsets() const { return insets; }
+    /// 0: the font's own.
+    void setLineHeight(int height);
+    int getLineHeight() const { return info.lineHeight; }
+    void setUseEllipsis(bool use);
+    bool getUseEllipsis() const { return useEllipsis; }
+    /// Breaks lines at words. Without it only what stands before the first line feed is shown.
+    void setWrapping(bool wrap);
+    bool getWrapping() const { return wrapping; }
+    void setDirty(bool dirty) { textDirty = dirty; }
+    bool getDirty() const { return textDirty; }
+
+    /// Room that the text takes in a box of `size`, align offsets included, insets not. (0, 0) without font or text.
+    osg::Vec2i calcSize(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size) const;
+    /// 0 if neither a height is set nor the font can be had.
+    int calcLineHeight() const;
+    /// Lines of text strings that exist, which may be fewer than `getTextLines` holds.
+    int getLineCount() const { return static_cast<int>(textStrings.size()); }
+    qor::vector<qor::basic_string<wchar_t>> const& getTextLines() const { return lines; }
+
+    // --- Drawing ---
+    /// Lays the text out in a box of `size`. `deleteInvisibleLines` drops the strings of lines below the box.
+    void redraw(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size, bool deleteInvisibleLines);
+    void doRedraw();
+    void draw() const;
+    void draw(osg::Vec4f const& color) const;
+    void make(GraphicCommands* commands) const;
+    void make(GraphicCommands* commands, osg::Vec4f const& color) const;
+
+private:
+    /// What the strings were laid out from; equal inputs keep them.
+    struct LayoutInput;
+
+    template <typename T>
+    void change_(T& field, T const& value);
+    template <typename Emit>
+    void divideTextIntoLines_(vtxFont const& font, qor::basic_string<wchar_t> const& text, osg::Vec2i const& size,
+                              Emit const& emit) const;
+    int calcLineHeight_(vtxFont const& font) const;
+    bool isLaidOut_(std::shared_ptr<vtxFont> const& font, qor::basic_string<wchar_t> const& text,
+                    osg::Vec2i const& size, bool deleteInvisibleLines);
+    void updateTextStrings_(osg::Vec2i const& size, int lineHeight, bool deleteInvisibleLines);
+    void placeTextStrings_(std::shared_ptr<vtxFont> const& font, osg::Vec2i const& size);
+    void destroyTextStrings_(std::size_t keep);
+    void make_(GraphicCommands* commands, osg::Vec4f const* color) const;
+
+    qor::vector<qor::basic_string<wchar_t>> lines;
+    qor::vector<vtxTextString*> textStrings;
+    Info info;
+    Insets insets;
+    bool wrapping = false;
+    bool useEllipsis = false;
+    bool textDirty = false;
+    bool stringsDirty = false;
+    std::unique_ptr<LayoutInput> laidOut_;
+};
+
+}  // namespace gui

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "platform/qor/Api.h"
+#include "platform/qor/Containers.h"
+
+#include <functional>
+#include <memory>
+
+namespace gui {
+
+class UpdateTarget;
+
+/// Ticks timed objects: each joined target gets one `update` an `updateTargets` until it leaves. Targets may add and
+/// remove targets, themselves included, and may run a nested tick. Lifetime: made and ended by GUI. Targets are not
+/// owned.
+class VORLEX_API UpdateManager {
+public:
+    /// Exists between GUI::create and GUI::destroy only.
+    static UpdateManager& get();
+    static bool exists();
+
+    /// Joins a target (once) and returns the present time. During a tick its first `update` comes with the next one.
+    double addTarget(UpdateTarget* target);
+    /// Ends a target's ticks at once.
+    void removeTarget(UpdateTarget* target);
+    /// Removes a target and deletes it, but not before a running tick is over, so that no new target gets its address
+    /// meanwhile.
+    void retireTarget(std::unique_ptr<UpdateTarget> target);
+    /// One tick: every target with one and the same time.
+    void updateTargets();
+
+    bool getUpdating() const { return updating; }
+
+    /// Seconds since the manager was made, by Application::getTime.
+    double getTime() const;
+    /// The host's model time if a function is set, else `getTime`.
+    double getModelTime() const;
+    void setModelTimeFunc(std::function<double()> function);
+
+private:
+    friend class GUI;
+    /// Targets in order; a slot is null after a removal inside a running walk.
+    class TargetList {
+    public:
+        bool append(UpdateTarget* target);
+        bool erase(UpdateTarget* target, bool keepSlots);
+        bool contains(UpdateTarget* target) const { return indices_.find(target) != indices_.end(); }
+        void compact();
+        void clear();
+        bool empty() const { return indices_.empty(); }
+        std::size_t size() const { return slots_.size(); }
+        UpdateTarget* operator[](std::size_t index) const { return slots_[index]; }
+
+    private:
+        qor::vector<UpdateTarget*> slots_;
+        qor::hash_map<UpdateTarget*, std::size_t> indices_;
+        bool hasHoles_ = false;
+    };
+    class TickScope;
+
+    UpdateManager();
+    ~UpdateManager();
+    static void create_();
+    static void destroy_();
+    void applyPending_();
+
+    static UpdateManager* instance_;
+
+    TargetList targets;
+    TargetList pendingAdd;
+    TargetList pendingRemove;
+    bool updating = false;
+    double startTime = 0.0;
+    std::function<double()> modelTimeFunc;
+    int depth_ = 0;
+    qor::vector<std::unique_ptr<UpdateTarget>> retired_;
+};
+
+}  // namespace gui

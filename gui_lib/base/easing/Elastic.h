@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/qor/Api.h"
+
+namespace gui {
+
+/// Easing curve: swings around its end like a spring.
+/// Arguments: elapsed time, start value, total change and duration, which must not be 0.
+class VORLEX_API Elastic {
+public:
+    static float easeIn(float t, float b, float c, float d);
+    static float easeOut(float t, float b, float c, float d);
+    static float easeInOut(float t, float b, float c, float d);
+};
+
+}  // namespace gui

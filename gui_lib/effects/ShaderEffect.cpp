@@ -1,0 +1,91 @@
+#include "gui_lib/effects/ShaderEffect.h"
+
+#include "gui_lib/base/easing/EasingType.h"
+#include "gui_lib/effects/ShaderEffectManager.h"
+#include "gui_lib/effects/ShaderEffectParams.h"
+#include "gui_lib/graphics/GraphicCommands.h"
+#include "gui_lib/widget/Widget.h"
+#include "gui_lib/widget/WidgetHandler.h"
+#include "platform/vtx/vtxEffectShader.h"
+#include "platform/vtx/vtxGeometry.h"
+#include "platform/vtx/vtxRenderer.h"
+
+namespace gui::skin {
+
+ShaderEffect::ShaderEffect() = default;
+
+ShaderEffect::~ShaderEffect() = default;
+
+void ShaderEffect::setOwner(WidgetHandler* newOwner) { owner = newOwner; }
+
+void ShaderEffect::setStartTime(float time) { startTime = time; }
+
+void ShaderEffect::setCurrTime(float time) { currTime = time; }
+
+void ShaderEffect::setTexture(vtxTexture* newTexture) { texture = newTexture; }
+
+void ShaderEffect::setParams(ShaderEffectParams const& params) { duration = params.getParam("duration", 1.0f); }
+
+void ShaderEffect::update(float time) {
+    setCurrTime(time);
+    if (!(duration > 0.0f && time - startTime >= duration))
+        return;
+    unsigned const use = useCount_;
+    if (Widget* const widget = WidgetHandler::get(owner))
+        widget->setShaderEffect(nullptr, nullptr);
+    // A skin that the widget does not know of as its own still has it, unless it has been handed out anew meanwhile.
+    if (useCount_ == use && ShaderEffectManager::get().getInUse(this))
+        destroy();
+}
+
+// --- Drawing ---
+
+void ShaderEffect::doRedraw(osg::Vec2i const& size) { getRedrawFunc_()(size); }
+
+void ShaderEffect::draw() { getDrawFunc_()(); }
+
+void ShaderEffect::make(GraphicCommands* commands) {
+    Widget const* const widget = WidgetHandler::get(owner);
+    commands->drawFunc(getDrawFunc_(), widget ? widget->getSize() : osg::Vec2i(), getRedrawFunc_());
+}
+
+void ShaderEffect::setDrawParams_() const {}
+
+std::function<void()> ShaderEffect::getDrawFunc_() const {
+    return [this] { drawPass_(2); };
+}
+
+std::function<void(osg::Vec2i const&)> ShaderEffect::getRedrawFunc_() {
+    return [this](osg::Vec2i const& size) { redrawQuad_(size); };
+}
+
+void ShaderEffect::drawPass_(int primitiveCount) const {
+    if (!shader)
+        return;
+    vtxRenderer* const renderer = vtxRenderer::get();
+    vtxRenderer::ShaderTechniqueGuard const technique(vtxRenderer::TechniqueNone);
+    shader->beginPass();
+    shader->setGeometry(geometry.get());
+    shader->setTexture(texture);
+    shader->setMatrices(renderer->getProjectionMatrix(), renderer->getModelViewMatrix());
+    setDrawParams_();
+    shader->drawEffect(vtxGeometry::PrimitiveTriangles, primitiveCount, 0);
+    shader->endPass();
+}
+
+void ShaderEffect::redrawQuad_(osg::Vec2i const& size) {
+    double const right = size.x(), bottom = size.y();
+    quadVertices_.clear();
+    quadVertices_.push_back({0.0, 0.0, 0.0, 1.0f, 1.0f, 1.0f, 1.0f, 0.0, 0.0});
+    quadVertices_.push_back({right, 0.0, 0.0, 1.0f, 1.0f, 1.0f, 1.0f, 1.0, 0.0});
+    quadVertices_.push_back({right, bottom, 0.0, 1.0f, 1.0f, 1.0f, 1.0f, 1.0, 1.0});
+    quadVertices_.push_back({0.0, bottom, 0.0, 1.0f, 1.0f, 1.0f, 1.0f, 0.0, 1.0});
+    if (geometry)
+        geometry->update(quadVertices_, nullptr);
+    else
+        geometry.reset(vtxRenderer::get()->createGeometry(quadVertices_, {0, 1, 2, 0, 2, 3}));
+}
+
+ShaderEffect::EasingFunc ShaderEffect::getEasingFunc_(int type) { return getEasingFunction(type); }
+
+}  // namespace gui::skin

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <typeinfo>
+
+#include "platform/qor/Api.h"
+#include "platform/qor/Containers.h"
+
+namespace gui {
+
+/// One recorded step of drawing. Commands are never freed while the program runs: each class has a pool, and a released
+/// command is overwritten at its next use.
+/// Order: `doRedraw` of a whole list before the first `draw` of it; `release` last.
+/// Threads: recording and `release` on one thread at a time, nothing is locked.
+class VORLEX_API GraphicCommand {
+public:
+    /// Prepares what `draw` needs: geometry, targets.
+    virtual void doRedraw() = 0;
+    /// Sends the step to the renderer.
+    virtual void draw() = 0;
+    /// Gives the object back to its pool.
+    virtual void release() = 0;
+
+    GraphicCommand(GraphicCommand const&) = delete;
+    GraphicCommand& operator=(GraphicCommand const&) = delete;
+    static void* operator new(std::size_t size) { return qor_malloc(size); }
+    static void operator delete(void* memory) { qor_free(memory); }
+
+protected:
+    /// The pool of one class.
+    template <typename T>
+    struct CommandStorage {
+        /// Objects ever made.
+        int all = 0;
+        /// The idle ones, used as a stack.
+        qor::vector<T*> free;
+    };
+
+    GraphicCommand();
+    virtual ~GraphicCommand();
+
+    template <typename T>
+    static CommandStorage<T>& getStorage() {
+        // Never destroyed: lists that outlive static destruction may still release into it.
+        static auto* const storage = new CommandStorage<T>;
+        return *storage;
+    }
+
+    static void logStat_(char const* typeName, int all, int free);
+
+private:
+    /// Every command ever made; keeps them reachable.
+    static qor::vector<GraphicCommand*>& allCommands();
+
+    unsigned serial;
+};
+
+/// Base of every concrete command: its pool, and empty steps for those that need none.
+template <typename T>
+class VORLEX_API SimpleGraphicCommand : public GraphicCommand {
+public:
+    /// An idle object as its last use left it, or a new one. The caller overwrites the fields that it carries.
+    static T* fetch() {
+        CommandStorage<T>& storage = getStorage<T>();
+        if (storage.free.empty()) {
+            T* command = new T;
+            ++storage.all;
+            return command;
+        }
+        T* command = storage.free.back();
+        storage.free.pop_back();
+        return command;
+    }
+
+    /// Logs how many objects of the class exist and how many are idle.
+    static void stat() {
+        CommandStorage<T> const& storage = getStorage<T>();
+        logStat_(typeid(T).name(), storage.all, static_cast<int>(storage.free.size()));
+    }
+
+    void doRedraw() override {}
+    void draw() override {}
+    void release() override { getStorage<T>().free.push_back(static_cast<T*>(this)); }
+};
+
+}  // namespace gui

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <osg/Vec4f>
+
+#include "gui_lib/graphics/GraphicCommand.h"
+#include "platform/vtx/vtxShaderBkgQuads.h"
+
+namespace gui {
+
+/// Draws the quads of a background, each with its colour.
+class VORLEX_API GraphicCommandDrawBkg : public SimpleGraphicCommand<GraphicCommandDrawBkg> {
+public:
+    /// `colors` are nine RGBA colours, whatever the number of quads.
+    GraphicCommandDrawBkg* set(vtxShaderBkgQuads const& quads, float const* colors);
+    void draw() override;
+
+private:
+    osg::Vec4f colors[vtxShaderBkgQuads::maxCount];
+    vtxShaderBkgQuads quads;
+};
+
+}  // namespace gui

@@ -1,0 +1,32 @@
+#include "gui_lib/graphics/commands/GraphicCommandDrawQuads.h"
+
+#include "platform/vtx/vtxRenderer.h"
+#include "platform/vtx/vtxShader.h"
+
+namespace gui {
+
+GraphicCommandDrawQuads* GraphicCommandDrawQuads::set(vtxShaderQuads const& newQuads, osg::Vec4f const& newColor,
+                                                      int newSampler, int newBatch) {
+    quads = newQuads;
+    color = newColor;
+    sampler = newSampler;
+    batch = newBatch;
+    return this;
+}
+
+void GraphicCommandDrawQuads::draw() {
+    vtxShader* const shader = vtxRenderer::get()->getShader();
+    shader->setColor(color);
+    shader->turnOnDrawQuads();
+    if (sampler >= vtxRenderer::SamplerLinear && sampler <= vtxRenderer::SamplerRepeat)
+        shader->setUserTextureFiltering(static_cast<vtxRenderer::TextureSampler>(sampler));
+    if (batch != -1)
+        quads.drawBatch(shader, batch);
+    else
+        quads.draw(shader);
+    // Sampler 0 stays set: what follows is drawn with it.
+    if (sampler > 0)
+        shader->resetTextureSampler();
+}
+
+}  // namespace gui

@@ -1,0 +1,25 @@
+#include "gui_lib/graphics/commands/GraphicCommandRects.h"
+
+#include "platform/vtx/vtxRenderer.h"
+
+namespace gui {
+
+GraphicCommandPushClipRect* GraphicCommandPushClipRect::set(osg::RectImpl<osg::Vec2i> const& newRect) {
+    rect = newRect;
+    return this;
+}
+
+void GraphicCommandPushClipRect::draw() { vtxRenderer::get()->pushClipRect(rect); }
+
+void GraphicCommandPopClipRect::draw() { vtxRenderer::get()->popClipRect(); }
+
+GraphicCommandPushViewport* GraphicCommandPushViewport::set(osg::RectImpl<osg::Vec2i> const& newRect) {
+    rect = newRect;
+    return this;
+}
+
+void GraphicCommandPushViewport::draw() { vtxRenderer::get()->pushViewport(rect); }
+
+void GraphicCommandPopViewport::draw() { vtxRenderer::get()->popViewport(); }
+
+}  // namespace gui

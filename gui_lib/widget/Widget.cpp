@@ -1,0 +1,531 @@
+#include "gui_lib/widget/Widget.h"
+
+#include "gui_lib/Skin/Data.h"
+#include "gui_lib/Skin/Skin.h"
+#include "gui_lib/frame/GUI.h"
+#include "gui_lib/frame/WindowsManager.h"
+#include "gui_lib/widget/AliveGuard.h"
+#include "gui_lib/widget/CallbackTables.h"
+#include "gui_lib/widget/Container.h"
+#include "gui_lib/widget/OriginScope.h"
+#include "gui_lib/widget/WidgetHandler.h"
+#include "gui_lib/widget/WidgetWorkLists.h"
+#include "platform/qor/Truncate.h"
+
+#include <algorithm>
+
+namespace gui
+{
+
+namespace
+{
+
+/// Scales a limit by the whole part of the zoom: 1.5 scales by 1, and 0.5 gives 0, no limit.
+osg::Vec2i scaleByWholeZoom(osg::Vec2i const& limit, float zoom)
+{
+    double const factor = qor::truncateToInt(zoom);
+    return osg::Vec2i(qor::truncateToInt(limit.x() * factor), qor::truncateToInt(limit.y() * factor));
+}
+
+int clampToLimits(int value, int least, int most)
+{
+    if (least > 0)
+        value = std::max(value, least);
+    if (most > 0)
+        value = std::min(value, most);
+    return value;
+}
+
+/// The text that a text beginning with "$" stands for; null if it does not begin so or is unknown.
+qor::basic_string<wchar_t> const* findLocalized(Widget::LocalizationMap const& map,
+                                                qor::basic_string<wchar_t> const& text)
+{
+    if (text.empty() || text[0] != L'$')
+        return nullptr;
+    auto const found = map.find(std::basic_string_view<wchar_t>(text).substr(1));
+    return found == map.end() ? nullptr : &found->second;
+}
+
+} // namespace
+
+// --- Life ---
+
+Widget::Widget() : handler(WidgetHandler::create(this)) { WidgetWorkLists::get().enterDirty(*this); }
+
+Widget::~Widget()
+{
+    destroying = true;
+    WidgetHandler::release(handler);
+    WidgetWorkLists::get().remove(*this);
+    if (auto* const container = dynamic_cast<Container*>(getParentWidget_()))
+        container->removeWidget_(this);
+    delete skin;
+    delete tooltipSkin;
+    delete debugSkin;
+}
+
+void Widget::destroy(Widget* widget)
+{
+    if (widget && !widget->destroying)
+        widget->destroy_();
+}
+
+void Widget::destroy_()
+{
+    beginDestruction_();
+    AliveGuard const self(this);
+    if (auto* const container = dynamic_cast<Container*>(getParentWidget_()))
+        container->onWidgetDestroy(handler);
+    if (WindowsManager* const manager = WindowsManager::get(getRootSurfaceId()))
+        manager->releaseMouse(handler);
+    // The "released" callbacks have run.
+    if (self.alive())
+        delete this;
+}
+
+void Widget::redrawAll() { WidgetWorkLists::get().redrawAll(); }
+
+void Widget::doRedrawAll() { WidgetWorkLists::get().doRedrawAll(); }
+
+void Widget::copyParams(Widget* target) const
+{
+    if (!target)
+        return;
+    AliveGuard const self(this);
+    AliveGuard const other(target);
+    auto const bothLive = [&self, &other] { return self.alive() && other.alive(); };
+    target->setName(getName());
+    target->setText(getText());
+    target->setPosition(getPosition());
+    if (!bothLive())
+        return;
+    target->setSize(getSize());
+    if (!bothLive())
+        return;
+    target->setVisible(visible);
+    if (!bothLive())
+        return;
+    target->setEnabled(enabled);
+    if (!bothLive())
+        return;
+    target->setZoom(getZoom());
+    target->setOpacity(getOpacity());
+    target->setDrawToTarget(drawToTarget);
+    target->setTooltipText(getTooltipText());
+    target->setResourceString(getResourceString());
+}
+
+Widget* Widget::clone() const
+{
+    auto* const copy = new Widget;
+    copyParams(copy);
+    return copy;
+}
+
+// --- Identity and look ---
+
+char const* Widget::getWidgetType() const { return "Widget"; }
+
+int Widget::getRootSurfaceId() const
+{
+    // A window without a parent answers with its own surface.
+    Widget const* const root = getRoot();
+    return root ? root->getRootSurfaceId() : 0;
+}
+
+skin::InteractiveState Widget::getInteractiveState() const
+{
+    return getEnabled() ? skin::InteractiveStateReleased : skin::InteractiveStateDisabled;
+}
+
+skin::InteractiveState Widget::getInteractiveState_(bool hovered, bool pressed) const
+{
+    if (!getEnabled())
+        return skin::InteractiveStateDisabled;
+    if (hovered)
+        return pressed ? skin::InteractiveStatePressed : skin::InteractiveStateHover;
+    return pressed ? skin::InteractiveStateHover : skin::InteractiveStateReleased;
+}
+
+int Widget::getInnerState() const { return 1; }
+
+skin::Skin* Widget::getWidgetSkin() const { return skin; }
+
+void Widget::setTooltipSkin(skin::Skin const* source)
+{
+    if (source == tooltipSkin)
+        return;
+    // The copy is a store of parameters for the tooltip: it has no widget to lay out.
+    skin::Skin* const copy = source ? new skin::Skin(nullptr, true) : nullptr;
+    if (source)
+        source->copyTo(copy);
+    delete tooltipSkin;
+    tooltipSkin = copy;
+}
+
+skin::Skin* Widget::getTooltipSkin() const { return tooltipSkin; }
+
+void Widget::setShaderEffect(char const* name, skin::ShaderEffectParams const* params)
+{
+    if (skin)
+        skin->setShaderEffect(name, params);
+}
+
+// --- Tree ---
+
+Widget* Widget::getParentWidget_() const { return WidgetHandler::get(parent); }
+
+void Widget::setParent(WidgetHandler* newParent)
+{
+    if (newParent != parent)
+        onParentChanged_(newParent);
+}
+
+void Widget::onParentChanged_(WidgetHandler* newParent) { parent = newParent; }
+
+WidgetHandler* Widget::getParent() const { return parent; }
+
+void Widget::resetParent() { parent = nullptr; }
+
+void Widget::detachFromParent()
+{
+    if (auto* const container = dynamic_cast<Container*>(getParentWidget_()))
+        container->removeWidget_(this);
+}
+
+Widget* Widget::getRoot() const
+{
+    Widget* root = nullptr;
+    for (Widget* next = WidgetHandler::get(getParent()); next; next = WidgetHandler::get(next->getParent()))
+        root = next;
+    return root;
+}
+
+Widget* Widget::getFocusedWidget() { return focused ? this : nullptr; }
+
+void Widget::setFocusedWidget_(WidgetHandler*) {}
+
+// --- Text ---
+
+void Widget::setText(std::basic_string_view<wchar_t> newText)
+{
+    if (newText != text)
+        onTextChanged_(newText);
+}
+
+void Widget::onTextChanged_(std::basic_string_view<wchar_t> newText)
+{
+    text = newText;
+    if (skin)
+        skin->setTextChanged();
+    setDirty(DirtySelf);
+}
+
+qor::basic_string<wchar_t> const& Widget::getText() const { return text; }
+
+void Widget::setTooltipText(std::basic_string_view<wchar_t> newText) { tooltipText = newText; }
+
+qor::basic_string<wchar_t> const& Widget::getTooltipText() const { return tooltipText; }
+
+void Widget::setResourceString(std::basic_string_view<char> newString) { resourceString = newString; }
+
+qor::basic_string<char> const& Widget::getResourceString() const { return resourceString; }
+
+void Widget::setName(std::basic_string_view<wchar_t> newName) { name = newName; }
+
+qor::basic_string<wchar_t> const& Widget::getName() const { return name; }
+
+Widget* Widget::findWidgetByName(std::basic_string_view<wchar_t> wantedName)
+{
+    return wantedName == getName() ? this : nullptr;
+}
+
+void Widget::localize(LocalizationMap const& map)
+{
+    AliveGuard const self(this);
+    if (qor::basic_string<wchar_t> const* const found = findLocalized(map, getText()))
+        setText(*found);
+    if (self.dead())
+        return;
+    if (qor::basic_string<wchar_t> const* const found = findLocalized(map, getTooltipText()))
+        setTooltipText(*found);
+}
+
+// --- Geometry ---
+
+void Widget::setPosition(osg::Vec2i const& newPosition)
+{
+    if (newPosition != position)
+        onPositionChanged_(newPosition);
+}
+
+void Widget::onPositionChanged_(osg::Vec2i const& newPosition)
+{
+    static int const type = getWidgetCallbackType(positionCallbackName);
+    position = newPosition;
+    callWidgetCallbacks_(type);
+}
+
+osg::Vec2i Widget::getPosition() const { return position; }
+
+void Widget::setSize(osg::Vec2i const& newSize)
+{
+    osg::Vec2i const valid = validateSize_(newSize);
+    if (valid != size)
+        onSizeChanged_(valid);
+}
+
+void Widget::onSizeChanged_(osg::Vec2i const& newSize)
+{
+    static int const type = getWidgetCallbackType(sizeCallbackName);
+    size = newSize;
+    if (skin)
+        skin->setSizeChanged();
+    setDirty(DirtySelf);
+    setDirtySize(false);
+    callWidgetCallbacks_(type);
+}
+
+osg::Vec2i Widget::getSize() const { return size; }
+
+void Widget::updateSize() { updateSize_(); }
+
+void Widget::updateSize_() { onSizeChanged_(getSize()); }
+
+osg::Vec2i Widget::validateSize_(osg::Vec2i const& wanted) const
+{
+    return clampSize_(osg::Vec2i(std::max(wanted.x(), 0), std::max(wanted.y(), 0)));
+}
+
+osg::Vec2i Widget::clampSize_(osg::Vec2i const& wanted) const
+{
+    osg::Vec2i const least = getMinSize();
+    osg::Vec2i const most = getMaxSize();
+    return osg::Vec2i(clampToLimits(wanted.x(), least.x(), most.x()), clampToLimits(wanted.y(), least.y(), most.y()));
+}
+
+osg::Vec2i Widget::getMinSize() const
+{
+    skin::Data const* const data = skin ? skin->getSkinData() : nullptr;
+    return data ? scaleByWholeZoom(data->getMinSize(), getZoom()) : osg::Vec2i(0, 0);
+}
+
+osg::Vec2i Widget::getMaxSize() const
+{
+    skin::Data const* const data = skin ? skin->getSkinData() : nullptr;
+    return data ? scaleByWholeZoom(data->getMaxSize(), getZoom()) : osg::Vec2i(0, 0);
+}
+
+osg::Vec2i Widget::calcMaxSize() const { return getMaxSize(); }
+
+osg::Vec2i Widget::calcSize() const { return skin ? skin->calcSize() : osg::Vec2i(0, 0); }
+
+osg::Vec2i Widget::getPrefSize() const { return clampSize_(calcSize()); }
+
+osg::RectImpl<osg::Vec2i> Widget::getClientRect() const { return getClientRect_(); }
+
+osg::RectImpl<osg::Vec2i> Widget::getClientRect_() const
+{
+    osg::Vec2i const own = getSize();
+    skin::Data const* const data = skin ? skin->getSkinData() : nullptr;
+    if (!data)
+        return osg::RectImpl<osg::Vec2i>(osg::Vec2i(0, 0), scaleByWholeZoom(own, getZoom()));
+    Insets const& insets = data->getInsets();
+    return osg::RectImpl<osg::Vec2i>(insets.left, insets.top, own.x() - insets.right, own.y() - insets.bottom);
+}
+
+void Widget::setZoom(float newZoom)
+{
+    if (newZoom > 0.0f && newZoom != zoom)
+        onZoomChanged_(newZoom);
+}
+
+void Widget::onZoomChanged_(float newZoom)
+{
+    zoom = newZoom;
+    setDirty(DirtySelf);
+}
+
+float Widget::getZoom() const { return zoom; }
+
+void Widget::setOpacity(float newOpacity)
+{
+    if (!(newOpacity >= 0.0f && newOpacity <= 1.0f))
+        return;
+    // Between two values below 1 the picture already sits in a target, and nothing needs to be made again.
+    if ((newOpacity == 1.0f) != (opacity == 1.0f))
+        setDirty(DirtySelf);
+    opacity = newOpacity;
+}
+
+float Widget::getOpacity() const { return opacity; }
+
+// --- State ---
+
+void Widget::setTabOrder(int order)
+{
+    if (getFocusable())
+        tabOrder = order;
+}
+
+int Widget::getTabOrder() const { return tabOrder; }
+
+void Widget::getTabOrderedWidgets(qor::vector<WidgetHandler*>& out)
+{
+    if (getVisible(false) && getEnabled() && getFocusable() && getTabOrder() != 0)
+        out.push_back(handler);
+}
+
+void Widget::setVisible(bool newVisible)
+{
+    if (newVisible != visible)
+        onVisibleChanged_(newVisible);
+}
+
+void Widget::onVisibleChanged_(bool newVisible)
+{
+    visible = newVisible;
+    setDirty(DirtySelf);
+}
+
+bool Widget::getVisible(bool recursive) const
+{
+    if (!recursive || !visible)
+        return visible;
+    Widget const* const up = getParentWidget_();
+    return !up || up->getVisible(true);
+}
+
+void Widget::setFocused(bool newFocused)
+{
+    if (newFocused != focused)
+        onFocusChanged_(newFocused);
+}
+
+void Widget::onFocusChanged_(bool newFocused)
+{
+    static int const type = getWidgetCallbackType(focusCallbackName);
+    AliveGuard const self(this);
+    focused = newFocused;
+    if (Widget* const up = getParentWidget_())
+        up->setFocusedWidget_(newFocused ? handler : nullptr);
+    if (self.dead())
+        return;
+    setDirty(DirtyChildren);
+    callWidgetCallbacks_(type);
+}
+
+void Widget::setTabFocused() { setFocused(true); }
+
+bool Widget::getFocused() const { return focused; }
+
+bool Widget::getFocusable() const { return false; }
+
+void Widget::setEnabled(bool newEnabled)
+{
+    if (newEnabled != enabled)
+        onEnableChanged_(newEnabled);
+}
+
+void Widget::onEnableChanged_(bool newEnabled)
+{
+    enabled = newEnabled;
+    setDirty(DirtyTree);
+}
+
+bool Widget::getEnabled() const
+{
+    if (!enabled)
+        return false;
+    Widget const* const up = getParentWidget_();
+    return !up || up->getEnabled();
+}
+
+// --- Points ---
+
+osg::Vec2i Widget::screenToWidget(osg::Vec2i const& point) const
+{
+    osg::Vec2i result = point - getPosition();
+    if (osg::Vec2i const* const origin = OriginScope::find(OriginScope::Screen, parent))
+        return result - *origin;
+    for (Widget const* up = getParentWidget_(); up; up = WidgetHandler::get(up->getParent()))
+        result -= up->getPosition();
+    return result;
+}
+
+osg::Vec2i Widget::widgetToScreen(osg::Vec2i const& point) const
+{
+    osg::Vec2i result = point + getPosition();
+    for (Widget const* up = getParentWidget_(); up; up = WidgetHandler::get(up->getParent()))
+        result += up->getPosition();
+    return result;
+}
+
+bool Widget::getScreenPointInside(osg::Vec2i const& point) const
+{
+    osg::Vec2i const own = getSize();
+    if (own.x() < 0 || own.y() < 0)
+        return false;
+    osg::Vec2i const inside = screenToWidget(point);
+    return inside.x() >= 0 && inside.x() <= own.x() && inside.y() >= 0 && inside.y() <= own.y();
+}
+
+Widget* Widget::getWidgetAtScreenPoint(osg::Vec2i const& point)
+{
+    return getVisible(false) && getScreenPointInside(point) ? this : nullptr;
+}
+
+Widget* Widget::findWidgetAtScreenPoint(osg::Vec2i const& point)
+{
+    return getVisible(false) && getScreenPointInside(point) ? this : nullptr;
+}
+
+Widget* Widget::getTooltipWidget(osg::Vec2i const& point) { return getWidgetAtScreenPoint(point); }
+
+bool Widget::getHasMouseInputAtScreenPoint(osg::Vec2i const&) const
+{
+    return callbacks && !callbacks->mouseCallbacks.empty();
+}
+
+// --- Marks ---
+
+void Widget::setDirty(DirtyFlag)
+{
+    if (dirty)
+        return;
+    WidgetWorkLists::get().enterDirty(*this);
+    if (Widget* const up = getParentWidget_())
+        up->onChildBecomeDirty_(this);
+    dirty = true;
+}
+
+void Widget::onChildBecomeDirty_(Widget* child)
+{
+    if (getDrawToTarget())
+    {
+        // The own redraw, which lays the children out, clears the mark at its end: it marks again then.
+        if (inRedraw)
+            childDirtiedInRedraw = true;
+        else
+            setDirty(DirtySelf);
+    }
+    if (Widget* const up = getParentWidget_())
+        up->onChildBecomeDirty_(child);
+}
+
+void Widget::setDirtySize(bool newDirtySize) { dirtySize = newDirtySize; }
+
+bool Widget::getDirtySize() const { return dirtySize; }
+
+void Widget::setDrawToTarget(bool newDrawToTarget)
+{
+    drawToTarget = newDrawToTarget;
+    setDirty(DirtySelf);
+}
+
+bool Widget::getDrawToTarget() const
+{
+    return (skin && skin->getShaderEffect()) || drawToTarget || opacity != 1.0f || zoom != 1.0f;
+}
+
+} // namespace gui

@@ -1,0 +1,313 @@
+// The drawing pipeline of Widget: redraw, doRedraw, draw and make.
+
+#include "gui_lib/widget/Widget.h"
+
+#include "gui_lib/Skin/Skin.h"
+#include "gui_lib/frame/GUI.h"
+#include "gui_lib/graphics/GraphicCommandGuards.h"
+#include "gui_lib/graphics/GraphicCommands.h"
+#include "gui_lib/widget/AliveGuard.h"
+#include "gui_lib/widget/OriginScope.h"
+#include "gui_lib/widget/WidgetHandler.h"
+#include "gui_lib/widget/WidgetWorkLists.h"
+#include "platform/qor/Truncate.h"
+#include "platform/vtx/vtxRenderer.h"
+
+namespace gui
+{
+
+namespace
+{
+
+Widget* currentTarget()
+{
+    GUI const* const gui = GUI::get();
+    return gui ? gui->getTargetWidget() : nullptr;
+}
+
+bool clippingIsOn()
+{
+    GUI const* const gui = GUI::get();
+    return !gui || gui->getClippingEnabled();
+}
+
+std::shared_ptr<std::function<void()>> shareUnlessEmpty(std::function<void()> callback)
+{
+    return callback ? std::make_shared<std::function<void()>>(std::move(callback)) : nullptr;
+}
+
+/// Sets a flag of a widget for a scope that the widget may not outlive.
+class FlagScope
+{
+public:
+    FlagScope(Widget const* widget, bool& flag) : self_(widget), flag_(flag), outer_(flag) { flag_ = true; }
+    ~FlagScope()
+    {
+        if (self_.alive())
+            flag_ = outer_;
+    }
+    FlagScope(FlagScope const&) = delete;
+    FlagScope& operator=(FlagScope const&) = delete;
+
+private:
+    AliveGuard self_;
+    bool& flag_;
+    bool outer_;
+};
+
+/// Runs a callback that may replace itself or end its widget.
+void callHeld(std::shared_ptr<std::function<void()>> const& callback)
+{
+    std::shared_ptr<std::function<void()>> const held = callback;
+    if (held)
+        (*held)();
+}
+
+} // namespace
+
+void Widget::setRedrawCallback(std::function<void()> callback)
+{
+    redrawCallback = shareUnlessEmpty(std::move(callback));
+}
+
+void Widget::setDoRedrawCallback(std::function<void()> callback)
+{
+    doRedrawCallback = shareUnlessEmpty(std::move(callback));
+}
+
+// --- Layout ---
+
+void Widget::redraw()
+{
+    AliveGuard const self(this);
+    {
+        FlagScope const scope(this, inRedraw);
+        callHeld(redrawCallback);
+        if (self.alive() && getDirtySize())
+        {
+            updateSize_();
+            if (self.alive())
+                setDirtySize(false);
+        }
+        if (self.alive() && dirty)
+        {
+            if (getVisible(false))
+                redraw_();
+            if (self.alive())
+                dirty = false;
+        }
+    }
+    if (self.alive() && childDirtiedInRedraw && !inRedraw)
+    {
+        childDirtiedInRedraw = false;
+        setDirty(DirtySelf);
+    }
+}
+
+void Widget::redraw_()
+{
+    if (skin)
+    {
+        AliveGuard const self(this);
+        skin->redraw();
+        if (self.dead())
+            return;
+    }
+    needDoRedraw = true;
+    WidgetWorkLists::get().enterDoRedraw(*this);
+    redrawDebugSkin_();
+}
+
+void Widget::redrawDebugSkin_()
+{
+    GUI const* const gui = GUI::get();
+    if (!gui || !gui->getDebugDraw())
+    {
+        delete debugSkin;
+        debugSkin = nullptr;
+        return;
+    }
+    if (!debugSkin)
+    {
+        debugSkin = new skin::Skin(this, true);
+        debugSkin->load("debugSkin");
+    }
+    debugSkin->redraw();
+}
+
+void Widget::redrawChildren() {}
+
+// --- Renderer objects ---
+
+void Widget::doRedraw()
+{
+    AliveGuard const self(this);
+    callHeld(doRedrawCallback);
+    if (self.dead() || !needDoRedraw)
+        return;
+    if (getVisible(false))
+        doRedraw_();
+    if (self.alive())
+        needDoRedraw = false;
+}
+
+void Widget::doRedraw_()
+{
+    AliveGuard const self(this);
+    if (skin)
+        skin->doRedraw();
+    if (self.alive() && debugSkin)
+        debugSkin->doRedraw();
+}
+
+void Widget::doRedrawChildren() {}
+
+// --- Place in the target ---
+
+osg::Vec2i Widget::getTargetPosition_() const
+{
+    Widget const* const target = currentTarget();
+    if (this == target)
+        return osg::Vec2i(0, 0);
+    osg::Vec2i result = getPosition();
+    if (osg::Vec2i const* const origin = OriginScope::find(OriginScope::Target, parent, target))
+        return result + *origin;
+    for (Widget const* up = getParentWidget_(); up && up != target; up = WidgetHandler::get(up->getParent()))
+        result += up->getPosition();
+    return result;
+}
+
+osg::RectImpl<osg::Vec2i> Widget::getClipRect_() const
+{
+    osg::Vec2i corner = getTargetPosition_();
+    osg::Vec2f scale(1.0f, 1.0f);
+    if (GUI const* const gui = GUI::get())
+    {
+        // A target begins at its own corner, not at the screen's.
+        if (!gui->getTargetWidget())
+            corner += gui->getScreenPosition();
+        scale = gui->getOffscreenScaleFactor();
+    }
+    double const x = corner.x();
+    double const y = corner.y();
+    osg::Vec2i const own = getSize();
+    return osg::RectImpl<osg::Vec2i>(qor::truncateToInt(x * scale.x()), qor::truncateToInt(y * scale.y()),
+                                     qor::truncateToInt((x + own.x()) * scale.x()),
+                                     qor::truncateToInt((y + own.y()) * scale.y()));
+}
+
+// --- Drawing ---
+
+void Widget::draw()
+{
+    if (getVisible(false))
+        drawModelView_();
+}
+
+void Widget::drawModelView_()
+{
+    OriginScope const origin(OriginScope::Target, handler, getTargetPosition_(), currentTarget());
+    vtxRenderer::ModelViewMatrixGuard guard;
+    osg::Vec2i const place = getPosition();
+    guard.setTranslate(static_cast<float>(place.x()), static_cast<float>(place.y()), 0.0f);
+    drawClipped_();
+}
+
+void Widget::drawClipped_()
+{
+    bool const clip = clippingIsOn();
+    if (clip)
+        beginClip_();
+    draw_();
+    drawFocusRect_();
+    if (clip)
+        endClip_();
+}
+
+void Widget::beginClip_() { vtxRenderer::get()->pushClipRect(getClipRect_()); }
+
+void Widget::endClip_() { vtxRenderer::get()->popClipRect(); }
+
+void Widget::draw_()
+{
+    if (skin)
+        skin->draw();
+    if (debugSkin)
+        debugSkin->draw();
+}
+
+void Widget::drawFocusRect_()
+{
+    if (skin)
+        skin->drawFocusRect();
+}
+
+void Widget::drawChildren() {}
+
+// --- Recording ---
+
+void Widget::make(GraphicCommands* commands)
+{
+    if (getVisible(false))
+        makeModelView_(commands);
+}
+
+void Widget::makeModelView_(GraphicCommands* commands)
+{
+    OriginScope const origin(OriginScope::Target, handler, getTargetPosition_(), currentTarget());
+    GraphicCommandModelViewMatrixGuard guard(commands);
+    osg::Vec2i const place = getPosition();
+    guard.setTranslate(static_cast<float>(place.x()), static_cast<float>(place.y()), 0.0f);
+    makeClipped_(commands);
+}
+
+void Widget::makeClipped_(GraphicCommands* commands)
+{
+    bool const clip = clippingIsOn();
+    if (clip)
+        makeBeginClip_(commands);
+    make_(commands);
+    makeFocusRect_(commands);
+    if (clip)
+        makeEndClip_(commands);
+}
+
+void Widget::makeBeginClip_(GraphicCommands* commands) { commands->pushClipRect(getClipRect_()); }
+
+void Widget::makeEndClip_(GraphicCommands* commands) { commands->popClipRect(); }
+
+void Widget::make_(GraphicCommands* commands)
+{
+    if (skin)
+        skin->make(commands);
+    if (debugSkin)
+        debugSkin->make(commands);
+}
+
+void Widget::makeFocusRect_(GraphicCommands* commands)
+{
+    if (skin)
+        skin->makeFocusRect(commands);
+}
+
+void Widget::makeChildren(GraphicCommands*) {}
+
+// --- Parse ---
+
+void Widget::parse()
+{
+    if (getVisible(false))
+        parse_();
+}
+
+void Widget::parse_() {}
+
+void Widget::makeParse(GraphicCommands* commands)
+{
+    if (getVisible(false))
+        makeParse_(commands);
+}
+
+void Widget::makeParse_(GraphicCommands*) {}
+
+} // namespace gui

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <epoxy/gl.h>
+
+#include <cstddef>
+
+/// Internal to the GL back end: a ring of vertex memory that is written once and read once.
+///
+/// The buffer is written from its start to its end and then replaced (orphaned), so that the driver never waits for
+/// pictures under way; ES 3.0 has no lasting maps.
+class vtxGLStream {
+public:
+    static constexpr size_t capacity = size_t(4) << 20;
+
+    void create();
+    void destroy();
+    /// Copies at most `capacity` bytes and leaves the buffer bound to GL_ARRAY_BUFFER. Returns where they begin, or -1
+    /// when the driver gave no memory.
+    ptrdiff_t write(void const* data, size_t size);
+
+private:
+    GLuint buffer_ = 0;
+    size_t used_ = 0;
+};

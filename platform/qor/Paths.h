@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/qor/Api.h"
+#include "platform/qor/Containers.h"
+#include "platform/qor/String.h"
+
+/// Where files are found. Names may use '\\' and '/' alike. An absolute name is taken as it is; a relative one is tried
+/// in the working directory, then in each asset root in their order. May be called from any thread.
+namespace qor {
+
+/// Replaces the roots. Relative roots are relative to the working directory of the moment.
+VORLEX_API void setAssetRoots(vector<string> const& roots);
+/// Adds one at the end, unless it is there already.
+VORLEX_API void addAssetRoot(std::string_view root);
+VORLEX_API vector<string> getAssetRoots();
+
+/// The path of the file to open, or an empty string where there is none (or a folder of that name).
+VORLEX_API string findFile(std::string_view name);
+
+/// Slashes for backslashes, without "./" at the front or within and without doubled slashes.
+VORLEX_API string normalizePath(std::string_view name);
+
+/// The whole file. False, with `error` telling why and of which file, if it cannot be found or read, or if it is longer
+/// than `maxBytes`.
+VORLEX_API bool readFile(std::string_view name, string& content, string& error, size_t maxBytes = size_t(256) << 20);
+
+}  // namespace qor

@@ -1,0 +1,721 @@
+#include "platform/vtx/vtxRendererCore.h"
+
+#include "platform/qor/Log.h"
+#include "platform/qor/Paths.h"
+#include "platform/qor/Truncate.h"
+#include "platform/vtx/vtxEffectRecord.h"
+#include "platform/vtx/vtxFontManager.h"
+#include "platform/vtx/vtxFrameBufferRecord.h"
+#include "platform/vtx/vtxGeometryRecord.h"
+#include "platform/vtx/vtxPrimitives.h"
+#include "platform/vtx/vtxShaderBkgQuads.h"
+#include "platform/vtx/vtxShaderQuads.h"
+#include "platform/vtx/vtxTextureManager.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdarg>
+#include <cstdio>
+#include <mutex>
+
+namespace {
+
+using Rect = osg::RectImpl<osg::Vec2i>;
+
+unsigned generationCount = 0;
+
+/// The pixel edge next to an edge in GUI units; halves go up, as they do for quads.
+int roundEdge(int value, float scale) {
+    return qor::truncateToInt(std::floor(static_cast<double>(value) * scale + 0.5 + 1.0 / 128.0));
+}
+
+/// Pixels that hold a length in GUI units; a hair above a whole number is that number.
+int roundUp(int value, float scale) {
+    return std::max(qor::truncateToInt(std::ceil(static_cast<double>(value) * scale - 1e-3)), 1);
+}
+
+bool isFinite(osg::Matrixf const& matrix) {
+    float const* numbers = matrix.ptr();
+    return std::all_of(numbers, numbers + 16, [](float number) { return std::isfinite(number); });
+}
+
+bool isNear(double value, double wanted) { return std::abs(value - wanted) < 1e-6; }
+
+}  // namespace
+
+// --- Life ---
+
+vtxRendererCore::vtxRendererCore(std::unique_ptr<vtxDevice> device)
+    : device_(std::move(device)),
+      misuse_(*device_),
+      store_(*device_),
+      targets_(*device_),
+      batcher_(*device_, store_, misuse_),
+      shader_(*this),
+      primitives_(std::make_unique<vtxPrimitives>(*this)),
+      generation_(++generationCount),
+      traceWanted_(device_->getTraceWanted()) {
+    passes_.push_back(Pass{});
+    textureManager_ = vtxCreateTextureManager(*this);
+    fontManager_ = vtxCreateFontManager(*this);
+}
+
+vtxRendererCore::~vtxRendererCore() {
+    fontManager_.reset();
+    textureManager_.reset();
+    flushReleasedTargets();
+    enterDevice_();
+    for (auto& [path, effect] : effects_)
+        effect->releaseDevice();
+    effects_.clear();
+    primitives_->releaseDevice(*device_);
+    for (vtxGeometryRecord* geometry : geometries_) {
+        if (geometry->handle)
+            device_->destroyGeometry(geometry->handle);
+    }
+    for (vtxFrameBufferRecord* target : frameBuffers_)
+        targets_.give(target->getStorage().key, target->getStorage().target);
+    targets_.clear();
+    store_.releaseDevice();
+    leaveDevice_();
+}
+
+void vtxRendererCore::setScale(float scale) {
+    if (!(scale > 0.0f) || !std::isfinite(scale)) {
+        report(vtxMisuse::BadNumber, "setScale");
+        return;
+    }
+    trace("setScale", "%g", scale);
+    if (scale_.exchange(scale, std::memory_order_acq_rel) != scale)
+        scaleEpoch_.fetch_add(1, std::memory_order_acq_rel);
+}
+
+void vtxRendererCore::trace(char const* operation, char const* format, ...) {
+    if (!traceWanted_)
+        return;
+    char text[256];
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof(text), format, arguments);
+    va_end(arguments);
+    device_->traceOperation(operation, text);
+}
+
+vtxRenderer::Counters vtxRendererCore::getCounters() {
+    Counters counters;
+    counters.runs = batcher_.getRunCount();
+    counters.quads = batcher_.getQuadCount();
+    counters.geometryDraws = directDraws_;
+    counters.targets = targetCount_;
+    counters.uploads = batcher_.getUploadCount() + store_.getAloneUploads() + geometryUploads_;
+    return counters;
+}
+
+void vtxRendererCore::resetCounters() {
+    batcher_.resetCounts();
+    store_.resetCounts();
+    directDraws_ = targetCount_ = geometryUploads_ = 0;
+}
+
+// --- Passes ---
+
+void vtxRendererCore::enterDevice_() {
+    if (deviceDepth_++)
+        return;
+    device_->openPass();
+    hostSize_ = device_->getHostSize();
+    viewDirty_ = true;
+    store_.flushRetired();
+    targets_.flush();
+    {
+        std::lock_guard const lock(creationMutex_);
+        for (vtxDeviceHandle const geometry : retiredGeometries_)
+            device_->destroyGeometry(geometry);
+        retiredGeometries_.clear();
+    }
+    flushUploads_();
+}
+
+void vtxRendererCore::leaveDevice_() {
+    if (deviceDepth_ == 1) {
+        batcher_.flush();
+        device_->closePass();
+    }
+    --deviceDepth_;
+}
+
+void vtxRendererCore::flushUploads_() {
+    batcher_.addUploads(store_.flushUploads(vtxTextureStore::Pages::Picture));
+    batcher_.addUploads(store_.flushUploads(vtxTextureStore::Pages::Glyph));
+}
+
+void vtxRendererCore::openPass_(Pass& pass, TechniqueType technique) {
+    enterDevice_();
+    pass.technique = technique;
+    pass.open = true;
+    viewDirty_ = true;
+}
+
+void vtxRendererCore::closePass_(Pass& pass) {
+    pass = Pass{};
+    viewDirty_ = true;
+    leaveDevice_();
+}
+
+vtxRendererCore::StackHeights vtxRendererCore::getHeights_() const {
+    return StackHeights{clips_.size(), viewports_.size(), projections_.size(), modelViews_.size(), passes_.size()};
+}
+
+void vtxRendererCore::beginDraw(TechniqueType technique) {
+    trace("beginDraw", "%d", technique);
+    if (isPassOpen_()) {
+        report(vtxMisuse::PassOpen, "beginDraw");
+        endDraw();
+    }
+    openPass_(passes_.back(), technique);
+    if (passes_.size() == base_.passes + 1)
+        passStart_ = getHeights_();
+}
+
+void vtxRendererCore::endDraw() {
+    trace("endDraw", "%s", "");
+    if (!isPassOpen_()) {
+        report(vtxMisuse::PassNotOpen, "endDraw");
+        return;
+    }
+    batcher_.flush();
+    if (passes_.size() == base_.passes + 1 && !(getHeights_() == passStart_))
+        report(vtxMisuse::UnbalancedPass, "endDraw");
+    closePass_(passes_.back());
+}
+
+vtxRenderer::TechniqueType vtxRendererCore::getTechnique() { return passes_.back().technique; }
+
+void vtxRendererCore::pushTechnique(TechniqueType technique) {
+    trace("pushTechnique", "%d", technique);
+    openPass_(passes_.emplace_back(), technique);
+}
+
+void vtxRendererCore::popTechnique() {
+    trace("popTechnique", "%s", "");
+    if (!canPop_(passes_.size(), base_.passes + 1, "popTechnique"))
+        return;
+    if (passes_.back().open)
+        closePass_(passes_.back());
+    passes_.pop_back();
+    viewDirty_ = true;
+}
+
+bool vtxRendererCore::requirePass(char const* operation) {
+    if (!isPassOpen_())
+        report(vtxMisuse::NoPass, operation);
+    return isPassOpen_();
+}
+
+// --- Targets ---
+
+/// The time between binding a target and putting everything back.
+class vtxRendererCore::TargetScope {
+public:
+    TargetScope(vtxRendererCore& core, vtxFrameBufferRecord& target)
+        : core_(core),
+          settings_(core.settings_),
+          base_(core.base_),
+          passStart_(core.passStart_),
+          target_(core.target_),
+          storage_(target.getStorage()) {
+        core_.batcher_.flush();
+        core_.enterDevice_();
+        prepareStorage_(target.getSize());
+        core_.device_->bindTarget(storage_.target);
+        core_.device_->clearTarget();
+        storage_.image.bound = true;
+        core_.target_ = &target;
+        ++core_.targetCount_;
+        vtxDrawSettings& settings = core_.settings_;
+        settings = vtxDrawSettings();
+        settings.projection = settings_.projection;
+        settings.modelView = settings_.modelView;
+        core_.base_ = core_.getHeights_();
+        core_.passes_.push_back(Pass{});
+        core_.viewDirty_ = true;
+    }
+
+    ~TargetScope() {
+        core_.batcher_.flush();
+        StackHeights heights = core_.base_;
+        ++heights.passes;
+        if (!(core_.getHeights_() == heights) || core_.isPassOpen_())
+            core_.report(vtxMisuse::UnbalancedTarget, "renderToTarget");
+        for (; core_.passes_.size() > core_.base_.passes; core_.passes_.pop_back()) {
+            if (core_.passes_.back().open)
+                core_.closePass_(core_.passes_.back());
+        }
+        core_.clips_.resize(core_.base_.clips);
+        core_.viewports_.resize(core_.base_.viewports);
+        core_.projections_.resize(core_.base_.projections);
+        core_.modelViews_.resize(core_.base_.modelViews);
+        core_.device_->finishTarget(storage_.target);
+        core_.device_->bindTarget(target_ ? target_->getStorage().target : 0);
+        storage_.image.bound = false;
+        core_.target_ = target_;
+        core_.settings_ = settings_;
+        core_.base_ = base_;
+        core_.passStart_ = passStart_;
+        core_.viewDirty_ = true;
+        core_.leaveDevice_();
+    }
+
+    TargetScope(TargetScope const&) = delete;
+    TargetScope& operator=(TargetScope const&) = delete;
+
+private:
+    /// Size times scale in pixels, rounded up; made anew when the scale has changed.
+    void prepareStorage_(osg::Vec2i const& size) {
+        float const scale = core_.getScale();
+        int const most = core_.device_->getMaxTextureSize();
+        vtxTargetKey key = storage_.key;
+        key.size = osg::Vec2i(std::min(roundUp(size.x(), scale), most), std::min(roundUp(size.y(), scale), most));
+        if (!storage_.target || !(key == storage_.key)) {
+            core_.targets_.give(storage_.key, storage_.target);
+            storage_.key = key;
+            storage_.target = core_.targets_.take(key);
+        }
+        vtxTextureImage& image = storage_.image;
+        image.alone = core_.device_->getTargetTexture(storage_.target);
+        image.size = key.size;
+        image.usedU = static_cast<float>(std::min(size.x() * static_cast<double>(scale) / key.size.x(), 1.0));
+        image.usedV = static_cast<float>(std::min(size.y() * static_cast<double>(scale) / key.size.y(), 1.0));
+    }
+
+    vtxRendererCore& core_;
+    vtxDrawSettings settings_;
+    StackHeights base_;
+    StackHeights passStart_;
+    vtxFrameBufferRecord* target_;
+    vtxTargetStorage& storage_;
+};
+
+void vtxRendererCore::renderToTarget(vtxFrameBufferRecord& target, std::function<void()> const& function) {
+    trace("renderToTarget", "%d %d", target.getSize().x(), target.getSize().y());
+    if (target.getStorage().image.bound) {
+        report(vtxMisuse::TargetIntoItself, "renderToTarget");
+        return;
+    }
+    TargetScope const scope(*this, target);
+    if (function)
+        function();
+}
+
+void vtxRendererCore::retireTarget(vtxFrameBufferRecord& target, std::unique_ptr<vtxTargetStorage> storage) {
+    std::lock_guard const lock(creationMutex_);
+    frameBuffers_.erase(&target);
+    endedTargets_.push_back(std::move(storage));
+}
+
+void vtxRendererCore::flushReleasedTargets() {
+    std::lock_guard const lock(creationMutex_);
+    for (auto const& storage : endedTargets_) {
+        store_.removeTexture(storage->texture);
+        targets_.give(storage->key, storage->target);
+    }
+    endedTargets_.clear();
+    targets_.age();
+}
+
+vtxFrameBuffer* vtxRendererCore::createFrameBuffer(osg::Vec2i const& size, int msaa, int mips) {
+    osg::Vec2i const atLeast(std::max(size.x(), 1), std::max(size.y(), 1));
+    auto* target = new vtxFrameBufferRecord(generation_, atLeast, msaa, mips);
+    store_.addTexture(target->getStorage().texture);
+    std::lock_guard const lock(creationMutex_);
+    frameBuffers_.insert(target);
+    return target;
+}
+
+void vtxRendererCore::readPixels(vtxFrameBuffer* target, Rect const& rect, unsigned char* pixels) {
+    batcher_.flush();
+    enterDevice_();
+    auto* record = static_cast<vtxFrameBufferRecord*>(target);
+    if (!rect.isEmpty() && pixels && (!record || record->getStorage().target))
+        device_->readPixels(record ? record->getStorage().target : 0, rect, pixels);
+    leaveDevice_();
+}
+
+// --- Stacks ---
+
+bool vtxRendererCore::canPop_(std::size_t height, std::size_t base, char const* operation) {
+    if (height <= base)
+        report(vtxMisuse::EmptyStack, operation);
+    return height > base;
+}
+
+void vtxRendererCore::pushViewport(Rect const& rect) {
+    trace("pushViewport", "%d %d %d %d", rect.x1, rect.y1, rect.x2, rect.y2);
+    viewports_.push_back(rect);
+    viewDirty_ = true;
+}
+
+void vtxRendererCore::popViewport() {
+    trace("popViewport", "%s", "");
+    if (!canPop_(viewports_.size(), base_.viewports, "popViewport"))
+        return;
+    viewports_.pop_back();
+    viewDirty_ = true;
+}
+
+void vtxRendererCore::setProjectionMatrix(osg::Matrixf const& matrix) {
+    if (!isFinite(matrix)) {
+        report(vtxMisuse::BadNumber, "setProjectionMatrix");
+        return;
+    }
+    settings_.projection = matrix;
+    viewDirty_ = true;
+}
+
+void vtxRendererCore::pushProjectionMatrix() { projections_.push_back(settings_.projection); }
+
+void vtxRendererCore::popProjectionMatrix() {
+    if (!canPop_(projections_.size(), base_.projections, "popProjectionMatrix"))
+        return;
+    settings_.projection = projections_.back();
+    projections_.pop_back();
+    viewDirty_ = true;
+}
+
+void vtxRendererCore::setModelViewMatrix(osg::Matrixf const& matrix) {
+    if (!isFinite(matrix)) {
+        report(vtxMisuse::BadNumber, "setModelViewMatrix");
+        return;
+    }
+    trace("setModelViewMatrix", "%g %g %g %g %g %g", matrix(0, 0), matrix(0, 1), matrix(1, 0), matrix(1, 1),
+          matrix(3, 0), matrix(3, 1));
+    settings_.modelView = matrix;
+}
+
+void vtxRendererCore::pushModelViewMatrix() {
+    trace("pushModelViewMatrix", "%s", "");
+    modelViews_.push_back(settings_.modelView);
+}
+
+void vtxRendererCore::popModelViewMatrix() {
+    trace("popModelViewMatrix", "%s", "");
+    if (!canPop_(modelViews_.size(), base_.modelViews, "popModelViewMatrix"))
+        return;
+    settings_.modelView = modelViews_.back();
+    modelViews_.pop_back();
+}
+
+void vtxRendererCore::pushClipRect(Rect const& rect) {
+    trace("pushClipRect", "%d %d %d %d", rect.x1, rect.y1, rect.x2, rect.y2);
+    // Outside passes and targets the host's own pixels are meant.
+    float const scale = deviceDepth_ ? getScale() : 1.0f;
+    Rect const pixels(roundEdge(rect.x1, scale), roundEdge(rect.y1, scale), roundEdge(rect.x2, scale),
+                      roundEdge(rect.y2, scale));
+    clips_.push_back(clips_.size() > base_.clips ? pixels.intersected(clips_.back()) : pixels);
+    viewDirty_ = true;
+}
+
+void vtxRendererCore::popClipRect() {
+    trace("popClipRect", "%s", "");
+    if (!canPop_(clips_.size(), base_.clips, "popClipRect"))
+        return;
+    clips_.pop_back();
+    viewDirty_ = true;
+}
+
+// --- Settings ---
+
+vtxDrawSettings& vtxRendererCore::changeView() {
+    viewDirty_ = true;
+    return settings_;
+}
+
+void vtxRendererCore::setOpacity(float opacity) {
+    trace("setOpacity", "%g", opacity);
+    if (!std::isfinite(opacity)) {
+        report(vtxMisuse::BadNumber, "setOpacity");
+        return;
+    }
+    settings_.opacity = std::clamp(opacity, 0.0f, 1.0f);
+}
+
+void vtxRendererCore::setTextureFiltering(TextureSampler sampler) {
+    trace("setTextureFiltering", "%d", sampler);
+    if (sampler >= SamplerLinear && sampler <= SamplerRepeat)
+        settings_.filtering = settings_.sampler = sampler;
+}
+
+void vtxRendererCore::setGeometry(vtxGeometry* geometry) { settings_.geometry = geometry; }
+
+// --- View ---
+
+Rect vtxRendererCore::getTargetRect_() const {
+    osg::Vec2i const size = target_ ? target_->getStorage().key.size : hostSize_;
+    return Rect(0, 0, size.x(), size.y());
+}
+
+Rect vtxRendererCore::getViewport_() const {
+    return viewports_.size() > base_.viewports ? viewports_.back() : getTargetRect_();
+}
+
+osg::Matrixf vtxRendererCore::getDeviceProjection(osg::Matrixf const& projection) const {
+    if (!target_ || viewports_.size() > base_.viewports)
+        return projection;
+    // The target's units end inside its last pixel when size times scale is no whole number; squeezing the projection
+    // by that part keeps a unit at exactly scale pixels.
+    vtxTextureImage const& image = target_->getStorage().image;
+    osg::Matrixf squeeze;
+    squeeze(0, 0) = image.usedU;
+    squeeze(3, 0) = image.usedU - 1.0f;
+    squeeze(1, 1) = image.usedV;
+    squeeze(3, 1) = 1.0f - image.usedV;
+    return projection * squeeze;
+}
+
+void vtxRendererCore::updateView_() {
+    if (!viewDirty_)
+        return;
+    viewDirty_ = false;
+    Rect const viewport = getViewport_();
+    osg::Matrixf const projection = getDeviceProjection(settings_.projection);
+    view_.state.projection = projection;
+    view_.state.viewport = viewport;
+    view_.state.technique = passes_.back().technique;
+    view_.state.gamma = settings_.gamma;
+    view_.state.intensity = settings_.intensity;
+    view_.visible = viewport;
+    view_.clipped = false;
+    if (clips_.size() > base_.clips) {
+        view_.visible = viewport.intersected(clips_.back());
+        view_.clipped = !(view_.visible == viewport);
+    }
+    double const halfWidth = 0.5 * viewport.width();
+    double const halfHeight = 0.5 * viewport.height();
+    view_.scaleX = projection(0, 0) * halfWidth;
+    view_.scaleY = -projection(1, 1) * halfHeight;
+    view_.offsetX = viewport.x1 + (projection(3, 0) + 1.0) * halfWidth;
+    view_.offsetY = viewport.y1 + (1.0 - projection(3, 1)) * halfHeight;
+    view_.aligned = view_.scaleX > 0.0 && view_.scaleY > 0.0 && isNear(projection(0, 1), 0.0) &&
+                    isNear(projection(1, 0), 0.0) && isNear(projection(0, 3), 0.0) && isNear(projection(1, 3), 0.0) &&
+                    isNear(projection(3, 3), 1.0);
+    batcher_.setView(view_);
+}
+
+vtxQuadTransform vtxRendererCore::makeTransform_() {
+    osg::Matrixf const& matrix = settings_.modelView;
+    vtxQuadTransform transform;
+    transform.scale = getScale();
+    transform.shiftX = settings_.shiftX;
+    transform.shiftY = settings_.shiftY;
+    transform.xx = matrix(0, 0);
+    transform.xy = matrix(0, 1);
+    transform.yx = matrix(1, 0);
+    transform.yy = matrix(1, 1);
+    transform.x = matrix(3, 0);
+    transform.y = matrix(3, 1);
+    transform.upright = isNear(transform.xy, 0.0) && isNear(transform.yx, 0.0);
+    transform.translation = transform.upright && isNear(transform.xx, 1.0) && isNear(transform.yy, 1.0);
+    return transform;
+}
+
+vtxQuadBatcher& vtxRendererCore::prepareQuads(osg::Vec4f const& color) {
+    updateView_();
+    batcher_.setTransform(makeTransform_());
+    setQuadColor(color);
+    return batcher_;
+}
+
+void vtxRendererCore::setQuadColor(osg::Vec4f const& color) {
+    batcher_.setColor(osg::Vec4f(color.r(), color.g(), color.b(), color.a() * settings_.opacity));
+}
+
+// --- Drawing ---
+
+void vtxRendererCore::drawQuads(vtxShaderQuads const& quads, int batch) {
+    auto const& batches = quads.getBatches();
+    int const count = static_cast<int>(batches.size());
+    if (batch >= count || count == 0 || !requirePass("quads"))
+        return;
+    vtxQuadBatcher& batcher = prepareQuads(settings_.color);
+    int const first = std::max(batch, 0);
+    int const last = batch < 0 ? count : batch + 1;
+    for (int i = first; i < last; ++i) {
+        vtxShaderQuads::Batch const& part = batches[static_cast<std::size_t>(i)];
+        if (part.count <= 0 || !batcher.setTexture(part.texture, settings_.sampler))
+            continue;
+        vtxShaderQuads::Quad const* quad = quads.getQuads().data() + part.first;
+        for (vtxShaderQuads::Quad const* end = quad + part.count; quad != end; ++quad)
+            batcher.addQuad({quad->x, quad->y, quad->w, quad->h, quad->uMin, quad->vMin, quad->uMax, quad->vMax});
+    }
+}
+
+void vtxRendererCore::drawBkgQuads(vtxShaderBkgQuads const& quads) {
+    int const count = std::min({quads.count, vtxShaderBkgQuads::maxCount, settings_.colorCount});
+    if (count <= 0 || !requirePass("background quads"))
+        return;
+    vtxQuadBatcher& batcher = prepareQuads(settings_.color);
+    if (!batcher.setTexture(quads.getTexture(), settings_.sampler))
+        return;
+    for (int i = 0; i < count; ++i) {
+        vtxShaderBkgQuads::BkgQuad const& quad = quads.getQuads()[i];
+        setQuadColor(settings_.colors[i]);
+        batcher.addQuad({quad.x, quad.y, quad.w, quad.h, quad.uMin, quad.vMin, quad.uMax, quad.vMax});
+    }
+}
+
+bool vtxRendererCore::beginDirectDraw(vtxDrawState& state) {
+    batcher_.flush();
+    updateView_();
+    if (view_.visible.isEmpty())
+        return false;
+    state = view_.state;
+    state.scissorEnabled = view_.clipped;
+    if (view_.clipped)
+        state.scissor = view_.visible;
+    return true;
+}
+
+bool vtxRendererCore::bindTexture(vtxTexture const* texture, vtxGeometryDraw& draw) {
+    if (!texture)
+        return true;
+    if (!store_.isAlive(texture)) {
+        report(vtxMisuse::DeadTexture, "geometry");
+        return false;
+    }
+    vtxTextureImage& image = *static_cast<vtxTextureRecord const*>(texture)->image;
+    if (image.bound) {
+        report(vtxMisuse::TargetIntoItself, "geometry");
+        return false;
+    }
+    draw.texture = store_.getAlone(image);
+    draw.sampler = settings_.sampler;
+    draw.textureScaleU = image.usedU;
+    draw.textureScaleV = image.usedV;
+    return draw.texture != 0;
+}
+
+void vtxRendererCore::drawGeometry(vtxGeometryDraw& draw) {
+    draw.modelView = settings_.modelView;
+    draw.positionScale = getScale();
+    draw.opacity = settings_.opacity;
+    device_->drawGeometry(draw);
+    ++directDraws_;
+}
+
+void vtxRendererCore::drawEffect(vtxEffectDraw& draw) {
+    draw.geometry.positionScale = getScale();
+    draw.geometry.opacity = settings_.opacity;
+    device_->drawEffect(draw);
+    ++directDraws_;
+}
+
+void vtxRendererCore::drawPrimitives(vtxGeometry::PrimitiveType type, int count, int first) {
+    trace("drawPrimitives", "%d %d %d", type, count, first);
+    if (type == vtxGeometry::PrimitiveNone || count <= 0 || !settings_.geometry || !requirePass("drawPrimitives"))
+        return;
+    vtxGeometryRecord* geometry = checkGeometry(settings_.geometry, type, count, first);
+    if (!geometry)
+        return;
+    if (type != vtxGeometry::PrimitiveTriangles) {
+        primitives_->drawLines(*geometry, type, count, first);
+        return;
+    }
+    vtxGeometryDraw draw;
+    if (!beginDirectDraw(draw.state) || !bindTexture(settings_.texture, draw))
+        return;
+    draw.geometry = flushGeometry(*geometry);
+    draw.primitive = type;
+    draw.count = count;
+    draw.first = first;
+    drawGeometry(draw);
+}
+
+void vtxRendererCore::drawCircle(osg::Vec4f const& color, float radius, unsigned segments) {
+    trace("drawCircle", "%g %u", radius, segments);
+    if (requirePass("drawCircle"))
+        primitives_->drawCircle(color, radius, segments);
+}
+
+void vtxRendererCore::drawLifeBar(osg::Vec4f const& color, osg::Vec2f const& size, float value) {
+    trace("drawLifeBar", "%g %g %g", size.x(), size.y(), value);
+    if (requirePass("drawLifeBar"))
+        primitives_->drawLifeBar(color, size, value);
+}
+
+// --- Geometry and effects ---
+
+vtxGeometry* vtxRendererCore::createGeometry(qor::vector<vtxVertex> const& vertices, qor::vector<int> const& indices) {
+    auto* geometry = new vtxGeometryRecord(generation_, vertices, indices);
+    std::lock_guard const lock(creationMutex_);
+    geometries_.insert(geometry);
+    return geometry;
+}
+
+void vtxRendererCore::removeGeometry(vtxGeometryRecord& geometry, vtxDeviceHandle handle) {
+    std::lock_guard const lock(creationMutex_);
+    geometries_.erase(&geometry);
+    if (handle)
+        retiredGeometries_.push_back(handle);
+}
+
+vtxGeometryRecord* vtxRendererCore::checkGeometry(vtxGeometry* geometry, vtxGeometry::PrimitiveType type, int count,
+                                                  int first) {
+    {
+        std::lock_guard const lock(creationMutex_);
+        if (geometries_.find(static_cast<vtxGeometryRecord*>(geometry)) == geometries_.end()) {
+            report(vtxMisuse::DeadGeometry, "drawPrimitives");
+            return nullptr;
+        }
+    }
+    auto* record = static_cast<vtxGeometryRecord*>(geometry);
+    if (!record->isFinite()) {
+        report(vtxMisuse::BadNumber, "drawPrimitives");
+        return nullptr;
+    }
+    std::int64_t needed = count;
+    if (type == vtxGeometry::PrimitiveTriangles)
+        needed *= 3;
+    else if (type == vtxGeometry::PrimitiveLines)
+        needed *= 2;
+    else if (type == vtxGeometry::PrimitiveLineStrip)
+        needed += 1;
+    bool const inside = count > 0 && first >= 0 &&
+                        first + needed <= static_cast<std::int64_t>(record->getIndices().size()) &&
+                        type >= vtxGeometry::PrimitivePoints && type <= vtxGeometry::PrimitiveTriangles;
+    if (!inside || !record->areIndicesValid()) {
+        report(vtxMisuse::BadGeometry, "drawPrimitives");
+        return nullptr;
+    }
+    return record;
+}
+
+vtxDeviceHandle vtxRendererCore::flushGeometry(vtxGeometryRecord& geometry) {
+    bool const made = !geometry.handle;
+    if (made)
+        geometry.handle = device_->createGeometry();
+    if (made || geometry.verticesChanged || geometry.indicesChanged) {
+        bool const indices = made || geometry.indicesChanged;
+        device_->updateGeometry(geometry.handle, geometry.getVertices(), indices ? &geometry.getIndices() : nullptr);
+        ++geometryUploads_;
+    }
+    geometry.verticesChanged = geometry.indicesChanged = false;
+    return geometry.handle;
+}
+
+vtxEffectShader* vtxRendererCore::createEffectShader(char const* path) {
+    if (!path || !*path)
+        return nullptr;
+    qor::string const key = qor::normalizePath(path);
+    std::lock_guard const lock(creationMutex_);
+    auto const found = effects_.find(key);
+    if (found != effects_.end())
+        return found->second.get();
+    vtxEffectFile file;
+    qor::string error;
+    std::unique_ptr<vtxEffectRecord> effect;
+    if (file.read(key.c_str(), error))
+        effect = std::make_unique<vtxEffectRecord>(*this, key.c_str(), file);
+    else
+        qor_logf("VTX", 64, "The effect \"%s\" cannot be loaded: %s\n", key.c_str(), error.c_str());
+    return effects_.emplace(key, std::move(effect)).first->second.get();
+}

@@ -1,0 +1,190 @@
+#pragma once
+
+#include "platform/osg/RectImpl.h"
+#include "platform/qor/Containers.h"
+#include "platform/qor/Mutex.h"
+#include "platform/vtx/vtxDrawSettings.h"
+#include "platform/vtx/vtxMisuse.h"
+#include "platform/vtx/vtxQuadBatcher.h"
+#include "platform/vtx/vtxRenderer.h"
+#include "platform/vtx/vtxShader.h"
+#include "platform/vtx/vtxTargetPool.h"
+#include "platform/vtx/vtxTextureStore.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+class vtxEffectRecord;
+class vtxFrameBufferRecord;
+class vtxGeometryRecord;
+class vtxPrimitives;
+
+/// Internal: the renderer behind vtxRenderer. It keeps the stacks and settings of the contract, checks its use, and
+/// turns drawing into device operations. Threads: settings, stacks and drawing belong to the thread that draws. The
+/// scale, the texture store, making geometry, frame buffers and effects and ending them are safe from a second thread
+/// that records.
+class vtxRendererCore final : public vtxRenderer {
+public:
+    explicit vtxRendererCore(std::unique_ptr<vtxDevice> device);
+    ~vtxRendererCore() override;
+
+    /// Null while there is no renderer.
+    static vtxRendererCore* getCore();
+
+    // --- For the managers ---
+    vtxTextureStore& getTextureStore() { return store_; }
+    /// Counts the changes of scale.
+    unsigned getScaleEpoch() const { return scaleEpoch_.load(std::memory_order_acquire); }
+    /// The texture manager calls it from flushReleased: textures and storage of ended targets go.
+    void flushReleasedTargets();
+
+    // --- For the shader ---
+    /// What the shader's setters write.
+    vtxDrawSettings& changeSettings() { return settings_; }
+    /// The same for what a run shares.
+    vtxDrawSettings& changeView();
+    vtxDrawSettings const& getSettings() const { return settings_; }
+    void drawQuads(vtxShaderQuads const& quads, int batch);
+    void drawBkgQuads(vtxShaderBkgQuads const& quads);
+
+    // --- For frame buffers, geometry and effects ---
+    void renderToTarget(vtxFrameBufferRecord& target, std::function<void()> const& function);
+    void retireTarget(vtxFrameBufferRecord& target, std::unique_ptr<vtxTargetStorage> storage);
+    void removeGeometry(vtxGeometryRecord& geometry, vtxDeviceHandle handle);
+    /// False, with a report, where no pass is open.
+    bool requirePass(char const* operation);
+    /// What is drawn next is neither queued quads nor part of their run; false if nothing of it can be seen.
+    bool beginDirectDraw(vtxDrawState& state);
+    /// The geometry, if it lives and holds what a draw from index `first` on asks for; null, with a report, if not.
+    vtxGeometryRecord* checkGeometry(vtxGeometry* geometry, vtxGeometry::PrimitiveType type, int count, int first);
+    /// The device object of a checked geometry, brought up to date.
+    vtxDeviceHandle flushGeometry(vtxGeometryRecord& geometry);
+    /// The texture of the picture alone for `draw`; false if the texture is no longer alive.
+    bool bindTexture(vtxTexture const* texture, vtxGeometryDraw& draw);
+    /// With the model-view, scale and opacity in force.
+    void drawGeometry(vtxGeometryDraw& draw);
+    /// With the scale and opacity in force.
+    void drawEffect(vtxEffectDraw& draw);
+    /// What the device needs so that a target's units fall on whole pixels.
+    osg::Matrixf getDeviceProjection(osg::Matrixf const& projection) const;
+    /// The batcher, ready for quads of a straight colour under the settings in force.
+    vtxQuadBatcher& prepareQuads(osg::Vec4f const& color);
+    void setQuadColor(osg::Vec4f const& color);
+    void report(vtxMisuse misuse, char const* detail) { misuse_.report(misuse, detail); }
+    /// Tells a recording back end about an operation of the contract.
+    void trace(char const* operation, char const* format, ...) __attribute__((format(printf, 3, 4)));
+
+    // vtxRenderer:
+    vtxTextureManager* getTextureManager() override { return textureManager_.get(); }
+    vtxFontManager* getFontManager() override { return fontManager_.get(); }
+    vtxShader* getShader() override { return &shader_; }
+    void setScale(float scale) override;
+    float getScale() override { return scale_.load(std::memory_order_acquire); }
+    void setOpacity(float opacity) override;
+    float getOpacity() override { return settings_.opacity; }
+    vtxGeometry* createGeometry(qor::vector<vtxVertex> const& vertices, qor::vector<int> const& indices) override;
+    vtxFrameBuffer* createFrameBuffer(osg::Vec2i const& size, int msaa, int mips) override;
+    void pushViewport(osg::RectImpl<osg::Vec2i> const& rect) override;
+    void popViewport() override;
+    void setProjectionMatrix(osg::Matrixf const& matrix) override;
+    osg::Matrixf const& getProjectionMatrix() override { return settings_.projection; }
+    void pushProjectionMatrix() override;
+    void popProjectionMatrix() override;
+    void setModelViewMatrix(osg::Matrixf const& matrix) override;
+    osg::Matrixf const& getModelViewMatrix() override { return settings_.modelView; }
+    void pushModelViewMatrix() override;
+    void popModelViewMatrix() override;
+    void pushClipRect(osg::RectImpl<osg::Vec2i> const& rect) override;
+    void popClipRect() override;
+    void setTextureFiltering(TextureSampler sampler) override;
+    void setGeometry(vtxGeometry* geometry) override;
+    void drawPrimitives(vtxGeometry::PrimitiveType type, int count, int first) override;
+    void drawCircle(osg::Vec4f const& color, float radius, unsigned segments) override;
+    void drawLifeBar(osg::Vec4f const& color, osg::Vec2f const& size, float value) override;
+    void beginDraw(TechniqueType technique) override;
+    void endDraw() override;
+    TechniqueType getTechnique() override;
+    void pushTechnique(TechniqueType technique) override;
+    void popTechnique() override;
+    vtxEffectShader* createEffectShader(char const* path) override;
+    unsigned getGeneration() override { return generation_; }
+    vtxDevice& getDevice() override { return *device_; }
+    Counters getCounters() override;
+    void resetCounters() override;
+    void readPixels(vtxFrameBuffer* target, osg::RectImpl<osg::Vec2i> const& rect, unsigned char* pixels) override;
+
+private:
+    /// A pass: the base one, or one that was pushed. Closed ones have ended or not begun.
+    struct Pass {
+        TechniqueType technique = TechniqueNone;
+        bool open = false;
+    };
+    /// Heights of the stacks; also what a target's own stacks stand on.
+    struct StackHeights {
+        std::size_t clips = 0;
+        std::size_t viewports = 0;
+        std::size_t projections = 0;
+        std::size_t modelViews = 0;
+        std::size_t passes = 0;
+        bool operator==(StackHeights const&) const = default;
+    };
+    class TargetScope;
+
+    StackHeights getHeights_() const;
+    void openPass_(Pass& pass, TechniqueType technique);
+    void closePass_(Pass& pass);
+    bool isPassOpen_() const { return passes_.back().open; }
+    void enterDevice_();
+    void leaveDevice_();
+    void flushUploads_();
+    osg::RectImpl<osg::Vec2i> getTargetRect_() const;
+    osg::RectImpl<osg::Vec2i> getViewport_() const;
+    osg::RectImpl<osg::Vec2i> getClip_() const;
+    void updateView_();
+    vtxQuadTransform makeTransform_();
+    bool canPop_(std::size_t height, std::size_t base, char const* operation);
+
+    std::unique_ptr<vtxDevice> device_;
+    vtxMisuseLog misuse_;
+    vtxTextureStore store_;
+    vtxTargetPool targets_;
+    vtxQuadBatcher batcher_;
+    vtxShader shader_;
+    std::unique_ptr<vtxPrimitives> primitives_;
+    std::unique_ptr<vtxTextureManager> textureManager_;
+    std::unique_ptr<vtxFontManager> fontManager_;
+
+    std::atomic<float> scale_{1.0f};
+    std::atomic<unsigned> scaleEpoch_{0};
+    unsigned generation_;
+    bool traceWanted_;
+    unsigned targetCount_ = 0;
+    unsigned directDraws_ = 0;
+    unsigned geometryUploads_ = 0;
+
+    vtxDrawSettings settings_;
+    vtxQuadView view_;
+    bool viewDirty_ = true;
+    osg::Vec2i hostSize_{0, 0};
+    qor::vector<osg::RectImpl<osg::Vec2i>> clips_;
+    qor::vector<osg::RectImpl<osg::Vec2i>> viewports_;
+    qor::vector<osg::Matrixf> projections_;
+    qor::vector<osg::Matrixf> modelViews_;
+    qor::vector<Pass> passes_;
+    StackHeights base_;
+    StackHeights passStart_;
+    int deviceDepth_ = 0;
+    vtxFrameBufferRecord* target_ = nullptr;
+
+    mutable qor::mutex creationMutex_;
+    qor::hash_set<vtxGeometryRecord*> geometries_;
+    qor::hash_set<vtxFrameBufferRecord*> frameBuffers_;
+    qor::vector<vtxDeviceHandle> retiredGeometries_;
+    qor::vector<std::unique_ptr<vtxTargetStorage>> endedTargets_;
+    qor::hash_map<qor::string, std::unique_ptr<vtxEffectRecord>> effects_;
+};
+
+/// The managers' factories.
+std::unique_ptr<vtxTextureManager> vtxCreateTextureManager(vtxRendererCore& core);
+std::unique_ptr<vtxFontManager> vtxCreateFontManager(vtxRendererCore& core);

@@ -1,0 +1,44 @@
+#include "platform/vtx/vtxShaderQuads.h"
+
+#include "platform/vtx/vtxShader.h"
+
+int vtxShaderQuads::beginBatch(vtxTexture const* texture, int hint) {
+    if (hint > 0)
+        quads_.reserve(quads_.size() + static_cast<std::size_t>(hint));
+    batches_.push_back(Batch{texture, static_cast<int>(quads_.size()), 0});
+    return static_cast<int>(batches_.size()) - 1;
+}
+
+void vtxShaderQuads::addBatchQuad(float x, float y, float w, float h, float) {
+    if (batches_.empty())
+        beginBatch(nullptr, 0);
+    quads_.push_back(Quad{x, y, w, h, 0.0f, 0.0f, 0.0f, 0.0f});
+    ++batches_.back().count;
+}
+
+void vtxShaderQuads::addBatchTexCoords(float uMin, float vMin, float uMax, float vMax) {
+    if (quads_.empty())
+        return;
+    Quad& quad = quads_.back();
+    quad.uMin = uMin;
+    quad.vMin = vMin;
+    quad.uMax = uMax;
+    quad.vMax = vMax;
+}
+
+void vtxShaderQuads::endBatch() {}
+
+void vtxShaderQuads::reset() {
+    quads_.clear();
+    batches_.clear();
+}
+
+void vtxShaderQuads::draw(vtxShader* shader) const {
+    if (shader)
+        shader->drawQuads(*this, -1);
+}
+
+void vtxShaderQuads::drawBatch(vtxShader* shader, int batch) const {
+    if (shader && batch >= 0)
+        shader->drawQuads(*this, batch);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/qor/Api.h"
+#include "platform/qor/Containers.h"
+
+class vtxShader;
+class vtxTexture;
+
+/// Batches of quads, each batch with one texture. A copyable value.
+/// Coordinates: positions and sizes in GUI units, texture coordinates 0 to 1 of the picture file.
+class VORLEX_API vtxShaderQuads {
+public:
+    struct Quad {
+        float x, y, w, h;
+        float uMin, vMin, uMax, vMax;
+    };
+    struct Batch {
+        vtxTexture const* texture = nullptr;
+        int first = 0;
+        int count = 0;
+    };
+
+    /// Starts a batch and returns its number. `hint` is the expected count of quads, 0 if not known.
+    int beginBatch(vtxTexture const* texture, int hint);
+    /// `z` is kept for callers; the toolkit passes -1.0.
+    void addBatchQuad(float x, float y, float w, float h, float z);
+    /// Texture coordinates of the quad added last.
+    void addBatchTexCoords(float uMin, float vMin, float uMax, float vMax);
+    void endBatch();
+    /// Empties all batches and keeps the storage.
+    void reset();
+
+    void draw(vtxShader* shader) const;
+    void drawBatch(vtxShader* shader, int batch) const;
+
+    qor::vector<Quad> const& getQuads() const { return quads_; }
+    qor::vector<Batch> const& getBatches() const { return batches_; }
+
+private:
+    qor::vector<Quad> quads_;
+    qor::vector<Batch> batches_;
+};

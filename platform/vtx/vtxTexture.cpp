@@ -1,0 +1,3 @@
+#include "platform/vtx/vtxTexture.h"
+
+vtxTexture::~vtxTexture() = default;
