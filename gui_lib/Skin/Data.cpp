@@ -1,6 +1,7 @@
 #include "gui_lib/Skin/Data.h"
 
 #include <algorithm>
+#include <tuple>
 #include <typeinfo>
 
 #include "gui_lib/Skin/Skin.h"
@@ -261,6 +262,33 @@ void Data::loadParams_(lua_State* L) {
     // Without a table nothing is read, so that an absent colour is not set to zeros either.
     if (!luautil::isTable(L, -1))
         return;
+    // Only what a new object reads from a table is the same for all of them.
+    static ParamValues const defaults = Data(nullptr).getParamValues_();
+    bool const keep = getParamValues_() == defaults && SkinTableCache::getUsable(L);
+    if (keep) {
+        if (auto const known = SkinTableCache::find<ParamValues>(L, typeid(ParamValues))) {
+            setParamValues_(*known);
+            return;
+        }
+    }
+    readParams_(L);
+    if (keep) {
+        qor::allocator<ParamValues> const allocator;
+        SkinTableCache::keep(L, typeid(ParamValues), std::allocate_shared<ParamValues>(allocator, getParamValues_()));
+    }
+}
+
+Data::ParamValues Data::getParamValues_() const {
+    return {minSize,        maxSize,         insets,         textWrapping, useEllipsis,
+            textLineHeight, focusRectInsets, focusRectColor, clipInsets};
+}
+
+void Data::setParamValues_(ParamValues const& values) {
+    std::tie(minSize, maxSize, insets, textWrapping, useEllipsis, textLineHeight, focusRectInsets, focusRectColor,
+             clipInsets) = values;
+}
+
+void Data::readParams_(lua_State* L) {
     readSize(L, "minSize", minSize);
     readSize(L, "maxSize", maxSize);
     luautil::getValue(L, "insets", insets);
@@ -278,7 +306,7 @@ void Data::loadStates(lua_State* L) {
         return;
     bool const keep = states->empty() && SkinTableCache::getUsable(L);
     if (keep) {
-        if (std::shared_ptr<StateTable> known = SkinTableCache::find(L, typeid(*this))) {
+        if (std::shared_ptr<StateTable> known = SkinTableCache::find<StateTable>(L, typeid(*this))) {
             states = std::move(known);
             return;
         }
@@ -366,17 +394,7 @@ void Data::copyTo(Data* other) const {
     other->setLoaded();
 }
 
-void Data::copyParams_(Data* other) const {
-    other->minSize = minSize;
-    other->maxSize = maxSize;
-    other->insets = insets;
-    other->textWrapping = textWrapping;
-    other->useEllipsis = useEllipsis;
-    other->textLineHeight = textLineHeight;
-    other->focusRectInsets = focusRectInsets;
-    other->focusRectColor = focusRectColor;
-    other->clipInsets = clipInsets;
-}
+void Data::copyParams_(Data* other) const { other->setParamValues_(getParamValues_()); }
 
 void Data::copyState_(Data* other, InteractiveState state, int inner) const {
     other->setBkg(getBkg(state, inner), state, inner);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <tuple>
 
 #include <osg/Vec2i>
 #include <osg/Vec4f>
@@ -138,12 +139,16 @@ protected:
     bool loaded = false;
 
 private:
+    /// The parameters of this class, in the order of its fields.
+    using ParamValues = std::tuple<osg::Vec2i, osg::Vec2i, Insets, bool, bool, int, Insets, osg::Vec4f, Insets>;
+
+    ParamValues getParamValues_() const;
+    void setParamValues_(ParamValues const& values);
     template <class Info>
     Info const* findLook_(bool StateInfo::*has, Info StateInfo::*info, InteractiveState state, int inner) const;
     template <class Info>
     void setLook_(bool StateInfo::*has, Info StateInfo::*field, Info const* info, InteractiveState state, int inner);
     void readParams_(lua_State* L);
-    void readStates_(lua_State* L);
     StateTable& editStates_();
     void addUser_(Skin* skin);
     void removeUser_(Skin* skin);

@@ -4,6 +4,7 @@
 #include <new>
 #include <typeindex>
 
+#include "platform/qor/Containers.h"
 #include "platform/qor/Lua.h"
 
 #include <lua.hpp>
@@ -14,19 +15,19 @@ namespace {
 
 struct Key {
     void const* table;
-    std::type_index type;
+    std::type_index reader;
 
     bool operator==(Key const&) const = default;
 };
 
 struct KeyHash {
     std::size_t operator()(Key const& key) const {
-        std::size_t const type = key.type.hash_code();
-        return qor::fnv1a(&key.table, sizeof key.table, qor::fnv1a(&type, sizeof type));
+        std::size_t const reader = key.reader.hash_code();
+        return qor::fnv1a(&key.table, sizeof key.table, qor::fnv1a(&reader, sizeof reader));
     }
 };
 
-using Entries = qor::hash_map<Key, std::shared_ptr<Data::StateTable>, KeyHash>;
+using Entries = qor::hash_map<Key, std::shared_ptr<void>, KeyHash>;
 
 // A file that claims constant tables but makes new ones each time must not fill the memory.
 constexpr std::size_t mostEntries = 4096;
@@ -83,17 +84,17 @@ bool SkinTableCache::getUsable(lua_State* L) {
     return qor::luaGetGlobal(L, "SkinTablesConstant") == LUA_TBOOLEAN && lua_toboolean(L, -1);
 }
 
-std::shared_ptr<Data::StateTable> SkinTableCache::find(lua_State* L, std::type_info const& type) {
+std::shared_ptr<void> SkinTableCache::find_(lua_State* L, std::type_info const& reader) {
     if (!lua_checkstack(L, 8))
         return nullptr;
     Entries const* const entries = findEntries(L);
     if (!entries)
         return nullptr;
-    auto const found = entries->find(Key{lua_topointer(L, -1), type});
+    auto const found = entries->find(Key{lua_topointer(L, -1), reader});
     return found == entries->end() ? nullptr : found->second;
 }
 
-void SkinTableCache::keep(lua_State* L, std::type_info const& type, std::shared_ptr<Data::StateTable> states) {
+void SkinTableCache::keep(lua_State* L, std::type_info const& reader, std::shared_ptr<void> content) {
     // Making Lua objects may hit the memory limit; without them nothing is kept.
     qor::luaProtected(L, -1, [&](lua_State* state) {
         luaL_checkstack(state, 8, "skin");
@@ -103,7 +104,7 @@ void SkinTableCache::keep(lua_State* L, std::type_info const& type, std::shared_
         if (entries->size() >= mostEntries)
             return;
         anchorTable(state);
-        entries->insert_or_assign(Key{lua_topointer(state, -1), type}, std::move(states));
+        entries->insert_or_assign(Key{lua_topointer(state, -1), reader}, std::move(content));
     });
 }
 

@@ -3,13 +3,11 @@
 #include <memory>
 #include <typeinfo>
 
-#include "gui_lib/Skin/Data.h"
-
 struct lua_State;
 
 namespace gui::skin {
 
-/// The looks read from "states" tables that never change, by the table's identity and the class of the data.
+/// What was read from skin tables that never change, by the table's identity and the class that read it.
 /// A skin file that returns the same tables each time says so by setting the global "SkinTablesConstant" to true; many
 /// widgets then share one reading.
 /// Lifetime: lives in the Lua state and ends with it; the tables it knows are kept alive meanwhile.
@@ -26,11 +24,17 @@ public:
 
     /// Whether the table on the top of the stack may be kept.
     static bool getUsable(lua_State* L);
-    /// What was read from the table on the top of the stack, or null.
-    static std::shared_ptr<Data::StateTable> find(lua_State* L, std::type_info const& type);
-    static void keep(lua_State* L, std::type_info const& type, std::shared_ptr<Data::StateTable> states);
+    /// What `reader` has read from the table on the top of the stack, or null. One reader always keeps the same
+    /// `Content`.
+    template <class Content>
+    static std::shared_ptr<Content> find(lua_State* L, std::type_info const& reader) {
+        return std::static_pointer_cast<Content>(find_(L, reader));
+    }
+    static void keep(lua_State* L, std::type_info const& reader, std::shared_ptr<void> content);
 
 private:
+    static std::shared_ptr<void> find_(lua_State* L, std::type_info const& reader);
+
     static int depth_;
 };
 

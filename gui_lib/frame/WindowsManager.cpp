@@ -132,6 +132,11 @@ bool WindowsManager::getHasCursorWindow() const {
     return any(modals) || any(popups) || any(windows);
 }
 
+void WindowsManager::getShownWindows(qor::vector<WindowBase*>& out) const {
+    for (WindowList const* list : {&overlays, &windows, &modals, &popups})
+        out.insert(out.end(), list->begin(), list->end());
+}
+
 osg::Vec2i WindowsManager::getMousePosition_() const { return GUI::get()->getMousePosition(surfaceId); }
 
 bool WindowsManager::contains_(WindowList const& list, WindowBase* window) {

@@ -51,6 +51,8 @@ public:
     Widget* findWidgetAtScreenPoint(osg::Vec2i const& point) const;
     bool getHasMouseInputAtScreenPoint(osg::Vec2i const& point) const;
     bool getHasCursorWindow() const;
+    /// Adds the shown windows from the bottom to the top: overlays, windows, modal windows, popups.
+    void getShownWindows(qor::vector<WindowBase*>& out) const;
     WindowBase* getHoveredWindow() const { return hoveredWindow; }
     WidgetHandler* getCapture() const { return captureHandler; }
 

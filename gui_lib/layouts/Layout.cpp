@@ -6,21 +6,18 @@
 
 #include <algorithm>
 
-namespace gui
-{
+namespace gui {
 
 Layout::Layout() : handler_(LayoutHandler::create(this)) {}
 
-Layout::~Layout()
-{
+Layout::~Layout() {
     // First: the container asks the handler whether there is a layout to destroy.
     LayoutHandler::release(handler_);
     if (auto* const owner = dynamic_cast<Container*>(WidgetHandler::get(container)))
         owner->setLayout(nullptr);
 }
 
-void Layout::destroy(Layout* layout)
-{
+void Layout::destroy(Layout* layout) {
     if (layout)
         layout->destroy_();
 }
@@ -39,12 +36,10 @@ osg::Vec2i Layout::getMaxSize() const { return osg::Vec2i(0, 0); }
 
 osg::Vec2i Layout::getPrefSize() const { return osg::Vec2i(0, 0); }
 
-osg::Vec2i Layout::calcMaxSize() const
-{
+osg::Vec2i Layout::calcMaxSize() const {
     osg::Vec2i result(0, 0);
     auto const* const owner = dynamic_cast<Container*>(WidgetHandler::get(container));
-    for (int i = 0; owner && i < owner->getWidgetCount(); ++i)
-    {
+    for (int i = 0; owner && i < owner->getWidgetCount(); ++i) {
         Widget const* const child = owner->getWidget(i);
         if (!child)
             continue;
@@ -56,19 +51,17 @@ osg::Vec2i Layout::calcMaxSize() const
 
 void Layout::updateSize() {}
 
-void Layout::updatePrefSizes_()
-{
+void Layout::updatePrefSizes_() {
     prefSizes.clear();
     auto const* const owner = dynamic_cast<Container*>(WidgetHandler::get(container));
     if (!owner)
         return;
     int const count = owner->getWidgetCount();
     prefSizes.reserve(count);
-    for (int i = 0; i < count; ++i)
-    {
+    for (int i = 0; i < count; ++i) {
         Widget const* const child = owner->getWidget(i);
         prefSizes.push_back(child ? child->getPrefSize() : osg::Vec2i(0, 0));
     }
 }
 
-} // namespace gui
+}  // namespace gui

@@ -5,17 +5,15 @@
 
 #include <osg/Vec2i>
 
-namespace gui
-{
+namespace gui {
 
 class LayoutHandler;
 class WidgetHandler;
 
-/// Places the children of one container inside its client rectangle and answers the container's size questions. Make layouts on
-/// the heap and give their handler to `Container::setLayout`: the container owns the layout from then on.
+/// Places the children of one container inside its client rectangle and answers the container's size questions. Make
+/// layouts on the heap and give their handler to `Container::setLayout`: the container owns the layout from then on.
 /// Coordinates: GUI units of the container.
-class VORLEX_API Layout
-{
+class VORLEX_API Layout {
 public:
     Layout();
     Layout(Layout const&) = delete;
@@ -37,8 +35,8 @@ public:
     virtual osg::Vec2i getPrefSize() const;
     /// Per axis the greatest maximum of the children.
     virtual osg::Vec2i calcMaxSize() const;
-    /// Places the children. Their callbacks may end anything, so an override tells after each size and position whether this
-    /// layout and its container still live.
+    /// Places the children. Their callbacks may end anything, so an override tells after each size and position whether
+    /// this layout and its container still live.
     virtual void updateSize();
 
     virtual ~Layout();
@@ -55,4 +53,4 @@ protected:
     qor::vector<osg::Vec2i> prefSizes;
 };
 
-} // namespace gui
+}  // namespace gui

@@ -3,40 +3,34 @@
 #include "gui_lib/layouts/Layout.h"
 #include "gui_lib/widget/HandlerArena.h"
 
-namespace gui
-{
+namespace gui {
 
-namespace
-{
+namespace {
 
-HandlerArena<LayoutHandler>& arena()
-{
+HandlerArena<LayoutHandler>& arena() {
     // Never destroyed: containers held by statics may die late.
     static auto* const instance = new HandlerArena<LayoutHandler>;
     return *instance;
 }
 
-} // namespace
+}  // namespace
 
-LayoutHandler* LayoutHandler::create(Layout* layout)
-{
+LayoutHandler* LayoutHandler::create(Layout* layout) {
     LayoutHandler* const handler = arena().append();
     handler->index = static_cast<int>(arena().size());
     handler->layout = layout;
     return handler;
 }
 
-void LayoutHandler::release(LayoutHandler* handler)
-{
+void LayoutHandler::release(LayoutHandler* handler) {
     if (handler)
         handler->layout = nullptr;
 }
 
-void LayoutHandler::shutdown()
-{
+void LayoutHandler::shutdown() {
     for (std::size_t i = 0; i < arena().size(); ++i)
         delete arena().at(i)->layout;
     arena().clear();
 }
 
-} // namespace gui
+}  // namespace gui

@@ -2,14 +2,13 @@
 
 #include "platform/qor/Api.h"
 
-namespace gui
-{
+namespace gui {
 
 class Layout;
 
-/// A stable handle of a layout, as `WidgetHandler` is of a widget: it answers null after the layout's death and is never used again.
-class VORLEX_API LayoutHandler
-{
+/// A stable handle of a layout, as `WidgetHandler` is of a widget: it answers null after the layout's death and is
+/// never used again.
+class VORLEX_API LayoutHandler {
 public:
     /// A new record for `layout`; its index is the number of records plus one.
     static LayoutHandler* create(Layout* layout);
@@ -27,4 +26,4 @@ private:
     Layout* layout = nullptr;
 };
 
-} // namespace gui
+}  // namespace gui

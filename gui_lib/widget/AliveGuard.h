@@ -3,13 +3,11 @@
 #include "gui_lib/widget/Widget.h"
 #include "gui_lib/widget/WidgetHandler.h"
 
-namespace gui
-{
+namespace gui {
 
-/// Tells after a call out whether the widget still lives. Every callback may destroy any widget, so a function that calls out
-/// makes one of these first and returns when it answers false. Copying is cheap: it is one pointer.
-class AliveGuard
-{
+/// Tells after a call out whether the widget still lives. Every callback may destroy any widget, so a function that
+/// calls out makes one of these first and returns when it answers false. Copying is cheap: it is one pointer.
+class AliveGuard {
 public:
     explicit AliveGuard(Widget const* widget) : handler_(widget->getHandler()) {}
 
@@ -20,4 +18,4 @@ private:
     WidgetHandler const* handler_;
 };
 
-} // namespace gui
+}  // namespace gui

@@ -8,17 +8,14 @@
 #include <cstddef>
 #include <utility>
 
-namespace gui
-{
+namespace gui {
 
 /// The callbacks of one event type after another; few types have any, so a search is quicker than a hash.
 template <class Callback>
-class CallbackTable
-{
+class CallbackTable {
 public:
     /// Appends unless it is null or already there.
-    void add(int type, Callback callback)
-    {
+    void add(int type, Callback callback) {
         if (!callback)
             return;
         qor::vector<Callback>* list = find(type);
@@ -28,8 +25,7 @@ public:
             list->push_back(std::move(callback));
     }
 
-    void remove(int type, Callback const& callback)
-    {
+    void remove(int type, Callback const& callback) {
         qor::vector<Callback>* const list = find(type);
         if (!list)
             return;
@@ -38,16 +34,14 @@ public:
             list->erase(found);
     }
 
-    qor::vector<Callback>* find(int type)
-    {
+    qor::vector<Callback>* find(int type) {
         for (auto& entry : types_)
             if (entry.first == type)
                 return &entry.second;
         return nullptr;
     }
 
-    bool empty() const
-    {
+    bool empty() const {
         return std::all_of(types_.begin(), types_.end(), [](auto const& entry) { return entry.second.empty(); });
     }
 
@@ -56,8 +50,7 @@ private:
 };
 
 /// What a widget holds from its first callback on.
-struct CallbackTables
-{
+struct CallbackTables {
     CallbackTable<Widget::MouseCallback> mouseCallbacks;
     /// All under type 0.
     CallbackTable<Widget::MouseWheelCallback> mouseWheelCallbacks;
@@ -65,14 +58,12 @@ struct CallbackTables
     CallbackTable<Widget::WidgetCallback> widgetCallbacks;
 };
 
-/// Calls the callbacks of a type by index on the live list: one added meanwhile is called too, one that removes itself makes the
-/// walk skip the next. Ends when the widget dies or `call` returns false. The running callback is held.
+/// Calls the callbacks of a type by index on the live list: one added meanwhile is called too, one that removes itself
+/// makes the walk skip the next. Ends when the widget dies or `call` returns false. The running callback is held.
 template <class Callback, class Call>
-void walkCallbacks(Widget const* widget, CallbackTable<Callback>& table, int type, Call&& call)
-{
+void walkCallbacks(Widget const* widget, CallbackTable<Callback>& table, int type, Call&& call) {
     AliveGuard const self(widget);
-    for (std::size_t i = 0; self.alive(); ++i)
-    {
+    for (std::size_t i = 0; self.alive(); ++i) {
         // Looked up each time: an addition may have moved the lists.
         qor::vector<Callback> const* const list = table.find(type);
         if (!list || i >= list->size())
@@ -83,4 +74,4 @@ void walkCallbacks(Widget const* widget, CallbackTable<Callback>& table, int typ
     }
 }
 
-} // namespace gui
+}  // namespace gui

@@ -13,34 +13,28 @@
 #include <algorithm>
 #include <utility>
 
-namespace gui
-{
+namespace gui {
 
-namespace
-{
+namespace {
 
-osg::Vec2i greater(osg::Vec2i const& a, osg::Vec2i const& b)
-{
+osg::Vec2i greater(osg::Vec2i const& a, osg::Vec2i const& b) {
     return osg::Vec2i(std::max(a.x(), b.x()), std::max(a.y(), b.y()));
 }
 
-osg::Vec2i scaleByWholeZoom(osg::Vec2i const& limit, float zoom)
-{
+osg::Vec2i scaleByWholeZoom(osg::Vec2i const& limit, float zoom) {
     double const factor = qor::truncateToInt(zoom);
     return osg::Vec2i(qor::truncateToInt(limit.x() * factor), qor::truncateToInt(limit.y() * factor));
 }
 
-} // namespace
+}  // namespace
 
 // --- Life ---
 
 Container::Container() = default;
 
-Container::~Container()
-{
+Container::~Container() {
     beginDestruction_();
-    if (Layout* const old = LayoutHandler::get(layout))
-    {
+    if (Layout* const old = LayoutHandler::get(layout)) {
         old->setContainer(nullptr);
         Layout::destroy(old);
     }
@@ -48,8 +42,7 @@ Container::~Container()
     deleteWidgets_();
 }
 
-void Container::copyParams(Container* target) const
-{
+void Container::copyParams(Container* target) const {
     if (!target)
         return;
     AliveGuard const self(this);
@@ -62,8 +55,7 @@ void Container::copyParams(Container* target) const
         target->setLayout(copy->handler());
 }
 
-Widget* Container::clone() const
-{
+Widget* Container::clone() const {
     auto* const copy = new Container;
     copyParams(copy);
     return copy;
@@ -79,13 +71,11 @@ int Container::getWidgetCount_() const { return static_cast<int>(widgets.size())
 
 Widget* Container::getWidget(int index) const { return getWidget_(index); }
 
-Widget* Container::getWidget_(int index) const
-{
+Widget* Container::getWidget_(int index) const {
     return index >= 0 && index < std::ssize(widgets) ? WidgetHandler::get(widgets[index]) : nullptr;
 }
 
-int Container::findChild_(Widget const* widget) const
-{
+int Container::findChild_(Widget const* widget) const {
     if (!widget || widget->containerLinks == 0)
         return -1;
     int const count = static_cast<int>(widgets.size());
@@ -98,10 +88,8 @@ int Container::findChild_(Widget const* widget) const
 
 int Container::getWidgetIndex_(Widget const* widget) const { return findChild_(widget); }
 
-bool Container::refuseAsChild_(Widget const* widget) const
-{
-    for (Widget const* up = this; up; up = WidgetHandler::get(up->getParent()))
-    {
+bool Container::refuseAsChild_(Widget const* widget) const {
+    for (Widget const* up = this; up; up = WidgetHandler::get(up->getParent())) {
         if (up != widget)
             continue;
         qor_logf("VORLEX", 16, "A widget cannot be inserted into itself or its own child; the call is ignored.\n");
@@ -110,8 +98,7 @@ bool Container::refuseAsChild_(Widget const* widget) const
     return false;
 }
 
-void Container::insertWidget_(Widget* widget, int index)
-{
+void Container::insertWidget_(Widget* widget, int index) {
     if (!widget || findChild_(widget) >= 0 || refuseAsChild_(widget))
         return;
     widget->detachFromParent();
@@ -124,8 +111,7 @@ void Container::insertWidget_(Widget* widget, int index)
     updateLayout(false);
 }
 
-void Container::removeWidget_(Widget* widget)
-{
+void Container::removeWidget_(Widget* widget) {
     int const index = findChild_(widget);
     if (index < 0)
         return;
@@ -140,22 +126,19 @@ void Container::removeWidget_(Widget* widget)
     updateLayout(false);
 }
 
-void Container::onWidgetDestroy(WidgetHandler* child)
-{
+void Container::onWidgetDestroy(WidgetHandler* child) {
     if (hoveredWidget == child)
         hoveredWidget = nullptr;
     if (focusedWidget == child)
         focusedWidget = nullptr;
 }
 
-void Container::resetWidgets_()
-{
+void Container::resetWidgets_() {
     hoveredWidget = nullptr;
     focusedWidget = nullptr;
     qor::vector<WidgetHandler*> children;
     children.swap(widgets);
-    for (WidgetHandler* const child : children)
-    {
+    for (WidgetHandler* const child : children) {
         Widget* const widget = WidgetHandler::get(child);
         if (!widget)
             continue;
@@ -164,18 +147,15 @@ void Container::resetWidgets_()
     }
 }
 
-void Container::removeAllWidgets_()
-{
+void Container::removeAllWidgets_() {
     resetWidgets_();
     updateLayout(false);
 }
 
-void Container::deleteWidgets_()
-{
+void Container::deleteWidgets_() {
     AliveGuard const self(this);
     // Callbacks of dying children may add some or end this: the walk holds a list of its own.
-    while (self.alive() && !widgets.empty())
-    {
+    while (self.alive() && !widgets.empty()) {
         hoveredWidget = nullptr;
         focusedWidget = nullptr;
         qor::vector<WidgetHandler*> children;
@@ -183,8 +163,7 @@ void Container::deleteWidgets_()
         for (WidgetHandler* const child : children)
             if (Widget* const widget = WidgetHandler::get(child))
                 --widget->containerLinks;
-        for (WidgetHandler* const child : children)
-        {
+        for (WidgetHandler* const child : children) {
             if (Widget* const widget = WidgetHandler::get(child))
                 widget->setParent(nullptr);
             Widget::destroy(WidgetHandler::get(child));
@@ -192,8 +171,7 @@ void Container::deleteWidgets_()
     }
 }
 
-void Container::clear_()
-{
+void Container::clear_() {
     AliveGuard const self(this);
     deleteWidgets_();
     if (self.alive())
@@ -202,12 +180,10 @@ void Container::clear_()
 
 // --- Layout ---
 
-void Container::setLayout(LayoutHandler* newLayout)
-{
+void Container::setLayout(LayoutHandler* newLayout) {
     if (newLayout == layout)
         return;
-    if (Layout* const old = LayoutHandler::get(layout))
-    {
+    if (Layout* const old = LayoutHandler::get(layout)) {
         old->setContainer(nullptr);
         Layout::destroy(old);
     }
@@ -224,8 +200,7 @@ void Container::setLayout(LayoutHandler* newLayout)
 
 LayoutHandler* Container::getLayout() const { return layout; }
 
-void Container::updateLayout(bool now)
-{
+void Container::updateLayout(bool now) {
     AliveGuard const self(this);
     if (!now)
         layoutDirty = true;
@@ -235,8 +210,7 @@ void Container::updateLayout(bool now)
         setDirty(DirtySelf);
 }
 
-void Container::updateSize()
-{
+void Container::updateSize() {
     AliveGuard const self(this);
     if (Layout* const live = LayoutHandler::get(layout))
         live->updateSize();
@@ -245,8 +219,7 @@ void Container::updateSize()
             child->updateSize();
 }
 
-void Container::onSizeChanged_(osg::Vec2i const& newSize)
-{
+void Container::onSizeChanged_(osg::Vec2i const& newSize) {
     AliveGuard const self(this);
     Widget::onSizeChanged_(newSize);
     if (self.dead())
@@ -257,15 +230,13 @@ void Container::onSizeChanged_(osg::Vec2i const& newSize)
 
 // --- Size questions ---
 
-osg::Vec2i Container::getMinSize() const
-{
+osg::Vec2i Container::getMinSize() const {
     osg::Vec2i const own = Widget::getMinSize();
     Layout const* const live = LayoutHandler::get(layout);
     return live ? greater(own, scaleByWholeZoom(live->getMinSize(), getZoom())) : own;
 }
 
-osg::Vec2i Container::getMaxSize() const
-{
+osg::Vec2i Container::getMaxSize() const {
     osg::Vec2i result = Widget::getMaxSize();
     Layout const* const live = LayoutHandler::get(layout);
     if (!live)
@@ -282,21 +253,17 @@ osg::Vec2i Container::getMaxSize() const
     return result;
 }
 
-osg::Vec2i Container::calcMaxSize() const
-{
+osg::Vec2i Container::calcMaxSize() const {
     Layout const* const live = LayoutHandler::get(layout);
     return live ? live->calcMaxSize() : getMaxSize();
 }
 
-osg::Vec2i Container::getPrefSize() const
-{
-    if (Layout const* const live = LayoutHandler::get(layout))
-    {
+osg::Vec2i Container::getPrefSize() const {
+    if (Layout const* const live = LayoutHandler::get(layout)) {
         osg::Vec2i wanted = live->getPrefSize();
-        if (skin::Data const* const data = skin ? skin->getSkinData() : nullptr)
-        {
+        if (skin::Data const* const data = skin ? skin->getSkinData() : nullptr) {
             Insets const& insets = data->getInsets();
-            wanted += osg::Vec2i(insets.left + insets.right, insets.top + insets.bottom);
+            wanted = wanted + osg::Vec2i(insets.left + insets.right, insets.top + insets.bottom);
         }
         return clampSize_(greater(wanted, osg::Vec2i(0, 0)));
     }
@@ -306,19 +273,16 @@ osg::Vec2i Container::getPrefSize() const
 
 // --- Names and texts ---
 
-Widget* Container::findWidgetByName(std::basic_string_view<wchar_t> wantedName)
-{
+Widget* Container::findWidgetByName(std::basic_string_view<wchar_t> wantedName) {
     if (wantedName == getName())
         return this;
     // Children win over the deeper namesakes of an earlier child.
-    for (WidgetHandler* const handle : widgets)
-    {
+    for (WidgetHandler* const handle : widgets) {
         Widget* const child = WidgetHandler::get(handle);
         if (child && child->getName() == wantedName)
             return child;
     }
-    for (WidgetHandler* const handle : widgets)
-    {
+    for (WidgetHandler* const handle : widgets) {
         Widget* const child = WidgetHandler::get(handle);
         if (Widget* const found = child ? child->findWidgetByName(wantedName) : nullptr)
             return found;
@@ -326,8 +290,7 @@ Widget* Container::findWidgetByName(std::basic_string_view<wchar_t> wantedName)
     return nullptr;
 }
 
-void Container::localize(LocalizationMap const& map)
-{
+void Container::localize(LocalizationMap const& map) {
     AliveGuard const self(this);
     Widget::localize(map);
     for (std::size_t i = 0; self.alive() && i < widgets.size(); ++i)
@@ -337,8 +300,7 @@ void Container::localize(LocalizationMap const& map)
 
 // --- Passes ---
 
-void Container::setDirty(DirtyFlag flag)
-{
+void Container::setDirty(DirtyFlag flag) {
     Widget::setDirty(flag);
     if (flag == DirtySelf)
         return;
@@ -348,11 +310,9 @@ void Container::setDirty(DirtyFlag flag)
             child->setDirty(forChildren);
 }
 
-void Container::redraw_()
-{
+void Container::redraw_() {
     AliveGuard const self(this);
-    if (layoutDirty)
-    {
+    if (layoutDirty) {
         if (Layout* const live = LayoutHandler::get(layout))
             live->updateSize();
         if (self.dead())
@@ -362,11 +322,9 @@ void Container::redraw_()
     Widget::redraw_();
 }
 
-void Container::doRedrawChildren()
-{
+void Container::doRedrawChildren() {
     AliveGuard const self(this);
-    for (std::size_t i = 0; self.alive() && i < widgets.size(); ++i)
-    {
+    for (std::size_t i = 0; self.alive() && i < widgets.size(); ++i) {
         WidgetHandler* const child = widgets[i];
         if (Widget* const widget = WidgetHandler::get(child))
             widget->doRedraw();
@@ -375,23 +333,20 @@ void Container::doRedrawChildren()
     }
 }
 
-void Container::redrawChildren()
-{
+void Container::redrawChildren() {
     AliveGuard const self(this);
     for (std::size_t i = 0; self.alive() && i < widgets.size(); ++i)
         if (Widget* const child = WidgetHandler::get(widgets[i]))
             child->redraw();
 }
 
-void Container::drawChildren()
-{
+void Container::drawChildren() {
     for (std::size_t i = 0; i < widgets.size(); ++i)
         if (Widget* const child = WidgetHandler::get(widgets[i]))
             child->draw();
 }
 
-void Container::makeChildren(GraphicCommands* commands)
-{
+void Container::makeChildren(GraphicCommands* commands) {
     for (std::size_t i = 0; i < widgets.size(); ++i)
         if (Widget* const child = WidgetHandler::get(widgets[i]))
             child->make(commands);
@@ -399,20 +354,18 @@ void Container::makeChildren(GraphicCommands* commands)
 
 void Container::parse_() { parseChildren_(); }
 
-void Container::parseChildren_()
-{
+void Container::parseChildren_() {
     AliveGuard const self(this);
     for (std::size_t i = 0; self.alive() && i < widgets.size(); ++i)
         if (Widget* const child = WidgetHandler::get(widgets[i]))
             child->parse();
 }
 
-void Container::makeParse_(GraphicCommands* commands)
-{
+void Container::makeParse_(GraphicCommands* commands) {
     AliveGuard const self(this);
     for (std::size_t i = 0; self.alive() && i < widgets.size(); ++i)
         if (Widget* const child = WidgetHandler::get(widgets[i]))
             child->makeParse(commands);
 }
 
-} // namespace gui
+}  // namespace gui

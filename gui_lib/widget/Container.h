@@ -2,17 +2,15 @@
 
 #include "gui_lib/widget/Widget.h"
 
-namespace gui
-{
+namespace gui {
 
 class LayoutHandler;
 
-/// A widget with children, which it owns, and an optional layout, which it owns too. Later children paint over earlier ones and
-/// are hit first. The container passes mouse events to the child under the cursor and keys to the child with the focus. Each
-/// subclass decides which of the protected child operations it shows.
-/// Order: the child hears an event before the container's own callbacks do.
-class VORLEX_API Container : public Widget
-{
+/// A widget with children, which it owns, and an optional layout, which it owns too. Later children paint over earlier
+/// ones and are hit first. The container passes mouse events to the child under the cursor and keys to the child with
+/// the focus. Each subclass decides which of the protected child operations it shows. Order: the child hears an event
+/// before the container's own callbacks do.
+class VORLEX_API Container : public Widget {
 public:
     Container();
     ~Container() override;
@@ -79,11 +77,11 @@ protected:
     friend class Widget;
 
     virtual void parseChildren_();
-    /// Inserts at `index` if that is a place in front of a child, else at the end; takes the widget out of its old parent first.
-    /// Null and a child are ignored; this and an ancestor are refused with a log line.
+    /// Inserts at `index` if that is a place in front of a child, else at the end; takes the widget out of its old
+    /// parent first. Null and a child are ignored; this and an ancestor are refused with a log line.
     virtual void insertWidget_(Widget* widget, int index);
-    /// Takes a child out without destroying it. It gets no leave or focus event. Called by the destructor of a child too: an
-    /// override must not cast the widget and tells its children apart by their handlers.
+    /// Takes a child out without destroying it. It gets no leave or focus event. Called by the destructor of a child
+    /// too: an override must not cast the widget and tells its children apart by their handlers.
     virtual void removeWidget_(Widget* widget);
     virtual Widget* getWidget_(int index) const;
     /// -1 for null and a stranger.
@@ -130,4 +128,4 @@ private:
     bool forwardKey_(Forward forward);
 };
 
-} // namespace gui
+}  // namespace gui

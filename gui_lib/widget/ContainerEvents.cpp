@@ -7,18 +7,15 @@
 #include "gui_lib/widget/OriginScope.h"
 #include "gui_lib/widget/WidgetHandler.h"
 
-namespace gui
-{
+namespace gui {
 
 // --- Hit detection: the last child lies on top ---
 
-Widget* Container::getWidgetAtScreenPoint(osg::Vec2i const& point)
-{
+Widget* Container::getWidgetAtScreenPoint(osg::Vec2i const& point) {
     if (!Widget::getWidgetAtScreenPoint(point))
         return nullptr;
     OriginScope const origin(OriginScope::Screen, handler, widgetToScreen(osg::Vec2i(0, 0)));
-    for (auto child = widgets.rbegin(); child != widgets.rend(); ++child)
-    {
+    for (auto child = widgets.rbegin(); child != widgets.rend(); ++child) {
         Widget* const widget = WidgetHandler::get(*child);
         if (widget && widget->getVisible(false) && widget->getScreenPointInside(point))
             return widget;
@@ -26,13 +23,11 @@ Widget* Container::getWidgetAtScreenPoint(osg::Vec2i const& point)
     return this;
 }
 
-Widget* Container::findWidgetAtScreenPoint(osg::Vec2i const& point)
-{
+Widget* Container::findWidgetAtScreenPoint(osg::Vec2i const& point) {
     if (!Widget::getWidgetAtScreenPoint(point))
         return nullptr;
     OriginScope const origin(OriginScope::Screen, handler, widgetToScreen(osg::Vec2i(0, 0)));
-    for (auto child = widgets.rbegin(); child != widgets.rend(); ++child)
-    {
+    for (auto child = widgets.rbegin(); child != widgets.rend(); ++child) {
         Widget* const widget = WidgetHandler::get(*child);
         if (Widget* const found = widget ? widget->findWidgetAtScreenPoint(point) : nullptr)
             return found;
@@ -40,11 +35,9 @@ Widget* Container::findWidgetAtScreenPoint(osg::Vec2i const& point)
     return this;
 }
 
-bool Container::getHasMouseInputAtScreenPoint(osg::Vec2i const& point) const
-{
+bool Container::getHasMouseInputAtScreenPoint(osg::Vec2i const& point) const {
     OriginScope const origin(OriginScope::Screen, handler, widgetToScreen(osg::Vec2i(0, 0)));
-    for (auto child = widgets.rbegin(); child != widgets.rend(); ++child)
-    {
+    for (auto child = widgets.rbegin(); child != widgets.rend(); ++child) {
         Widget const* const widget = WidgetHandler::get(*child);
         if (widget && widget->getVisible(false) && widget->getScreenPointInside(point))
             return widget->getHasMouseInputAtScreenPoint(point);
@@ -52,16 +45,14 @@ bool Container::getHasMouseInputAtScreenPoint(osg::Vec2i const& point) const
     return Widget::getHasMouseInputAtScreenPoint(point);
 }
 
-Widget* Container::getTooltipWidget(osg::Vec2i const& point)
-{
+Widget* Container::getTooltipWidget(osg::Vec2i const& point) {
     Widget* const found = getWidgetAtScreenPoint(point);
     return found && found != this ? found->getTooltipWidget(point) : found;
 }
 
 // --- Hover ---
 
-void Container::updateHoveredWidget_(osg::Vec2i const& point)
-{
+void Container::updateHoveredWidget_(osg::Vec2i const& point) {
     Widget* const found = getWidgetAtScreenPoint(point);
     bool const takes = found && found != this && found->getVisible(false) && found->getEnabled();
     WidgetHandler* const newHovered = takes ? found->getHandler() : nullptr;
@@ -69,11 +60,9 @@ void Container::updateHoveredWidget_(osg::Vec2i const& point)
         onHoveredWidgetChanged_(newHovered, point);
 }
 
-void Container::onHoveredWidgetChanged_(WidgetHandler* newHovered, osg::Vec2i const& point)
-{
+void Container::onHoveredWidgetChanged_(WidgetHandler* newHovered, osg::Vec2i const& point) {
     WidgetHandler* const oldHovered = hoveredWidget;
-    if (Widget* const old = WidgetHandler::get(oldHovered))
-    {
+    if (Widget* const old = WidgetHandler::get(oldHovered)) {
         AliveGuard const self(this);
         old->onMouseLeave(point);
         // A leave callback may have moved the hover on by itself; its widget has had its enter.
@@ -85,8 +74,7 @@ void Container::onHoveredWidgetChanged_(WidgetHandler* newHovered, osg::Vec2i co
         entered->onMouseEnter(point);
 }
 
-Widget* Container::getLiveHovered_() const
-{
+Widget* Container::getLiveHovered_() const {
     Widget* const hovered = WidgetHandler::get(hoveredWidget);
     return hovered && hovered->getEnabled() ? hovered : nullptr;
 }
@@ -101,8 +89,7 @@ bool Container::getGenerateMouseUpCallbacks(osg::Vec2i const&, MouseButton) { re
 
 // --- Mouse: each call below may end this ---
 
-void Container::onMouseMove(osg::Vec2i const& point)
-{
+void Container::onMouseMove(osg::Vec2i const& point) {
     if (!getEnabled())
         return;
     AliveGuard const self(this);
@@ -115,8 +102,7 @@ void Container::onMouseMove(osg::Vec2i const& point)
         Widget::onMouseMove(point);
 }
 
-void Container::onMouseDown(osg::Vec2i const& point, MouseButton button)
-{
+void Container::onMouseDown(osg::Vec2i const& point, MouseButton button) {
     if (!getEnabled())
         return;
     AliveGuard const self(this);
@@ -138,8 +124,7 @@ void Container::onMouseDown(osg::Vec2i const& point, MouseButton button)
         Widget::onMouseDown(point, button);
 }
 
-void Container::onMouseDoubleClick(osg::Vec2i const& point, MouseButton button)
-{
+void Container::onMouseDoubleClick(osg::Vec2i const& point, MouseButton button) {
     if (!getEnabled())
         return;
     AliveGuard const self(this);
@@ -155,8 +140,7 @@ void Container::onMouseDoubleClick(osg::Vec2i const& point, MouseButton button)
         Widget::onMouseDoubleClick(point, button);
 }
 
-void Container::onMouseUp(osg::Vec2i const& point, MouseButton button)
-{
+void Container::onMouseUp(osg::Vec2i const& point, MouseButton button) {
     if (!getEnabled())
         return;
     AliveGuard const self(this);
@@ -169,8 +153,7 @@ void Container::onMouseUp(osg::Vec2i const& point, MouseButton button)
         Widget::onMouseUp(point, button);
 }
 
-bool Container::onMouseWheel(osg::Vec2i const& point, int delta)
-{
+bool Container::onMouseWheel(osg::Vec2i const& point, int delta) {
     AliveGuard const self(this);
     Widget* const child = getLiveHovered_();
     if (child && child->onMouseWheel(point, delta))
@@ -178,24 +161,21 @@ bool Container::onMouseWheel(osg::Vec2i const& point, int delta)
     return self.alive() && Widget::onMouseWheel(point, delta);
 }
 
-void Container::onMouseEnter(osg::Vec2i const& point)
-{
+void Container::onMouseEnter(osg::Vec2i const& point) {
     AliveGuard const self(this);
     updateHoveredWidget_(point);
     if (self.alive())
         Widget::onMouseEnter(point);
 }
 
-void Container::onMouseLeave(osg::Vec2i const& point)
-{
+void Container::onMouseLeave(osg::Vec2i const& point) {
     AliveGuard const self(this);
     onHoveredWidgetChanged_(nullptr, point);
     if (self.alive())
         Widget::onMouseLeave(point);
 }
 
-void Container::onMouseCursorMove(osg::Vec2i const& point)
-{
+void Container::onMouseCursorMove(osg::Vec2i const& point) {
     AliveGuard const self(this);
     updateHoveredWidget_(point);
     if (self.dead())
@@ -206,22 +186,19 @@ void Container::onMouseCursorMove(osg::Vec2i const& point)
         Widget::onMouseCursorMove(point);
 }
 
-void Container::hoverUnderRestingCursor_()
-{
+void Container::hoverUnderRestingCursor_() {
     if (GUI const* const gui = GUI::get())
         onMouseCursorMove(gui->getMousePosition(getRootSurfaceId()));
 }
 
-void Container::onPositionChanged_(osg::Vec2i const& newPosition)
-{
+void Container::onPositionChanged_(osg::Vec2i const& newPosition) {
     AliveGuard const self(this);
     Widget::onPositionChanged_(newPosition);
     if (self.alive())
         hoverUnderRestingCursor_();
 }
 
-void Container::onEnableChanged_(bool newEnabled)
-{
+void Container::onEnableChanged_(bool newEnabled) {
     AliveGuard const self(this);
     Widget::onEnableChanged_(newEnabled);
     if (self.alive() && getEnabled())
@@ -231,14 +208,12 @@ void Container::onEnableChanged_(bool newEnabled)
 // --- Keys ---
 
 template <class Forward>
-bool Container::forwardKey_(Forward forward)
-{
+bool Container::forwardKey_(Forward forward) {
     Widget* const child = WidgetHandler::get(getFocusedWidget_());
     return child && child->getEnabled() && forward(*child);
 }
 
-bool Container::onKeyDown(KeyboardButton key, int modifiers)
-{
+bool Container::onKeyDown(KeyboardButton key, int modifiers) {
     AliveGuard const self(this);
     if (forwardKey_([=](Widget& child) { return child.onKeyDown(key, modifiers); }))
         return true;
@@ -248,8 +223,7 @@ bool Container::onKeyDown(KeyboardButton key, int modifiers)
     return false;
 }
 
-bool Container::onChar(KeyboardButton key, int modifiers)
-{
+bool Container::onChar(KeyboardButton key, int modifiers) {
     AliveGuard const self(this);
     if (forwardKey_([=](Widget& child) { return child.onChar(key, modifiers); }))
         return true;
@@ -258,8 +232,7 @@ bool Container::onChar(KeyboardButton key, int modifiers)
     return false;
 }
 
-bool Container::onKeyUp(KeyboardButton key, int modifiers)
-{
+bool Container::onKeyUp(KeyboardButton key, int modifiers) {
     AliveGuard const self(this);
     if (forwardKey_([=](Widget& child) { return child.onKeyUp(key, modifiers); }))
         return true;
@@ -276,22 +249,19 @@ WidgetHandler* Container::getFocusedWidget_() const { return focusedWidget; }
 
 Widget* Container::getFocusedWidget() { return WidgetHandler::get(getFocusedWidget_()); }
 
-void Container::setFocusedWidget_(WidgetHandler* child)
-{
+void Container::setFocusedWidget_(WidgetHandler* child) {
     if (child == focusedWidget)
         return;
     AliveGuard const self(this);
     WidgetHandler* const oldFocused = focusedWidget;
-    if (Widget* const old = WidgetHandler::get(oldFocused))
-    {
+    if (Widget* const old = WidgetHandler::get(oldFocused)) {
         old->setFocused(false);
         if (self.dead())
             return;
     }
     // A callback of the old one may have focused a third child, which does not keep what was asked for here.
     Widget* const third = focusedWidget != oldFocused ? WidgetHandler::get(focusedWidget) : nullptr;
-    if (third && focusedWidget != child)
-    {
+    if (third && focusedWidget != child) {
         third->setFocused(false);
         if (self.dead())
             return;
@@ -306,8 +276,7 @@ void Container::setFocusedWidget_(WidgetHandler* child)
         setFocused(true);
 }
 
-void Container::onFocusChanged_(bool newFocused)
-{
+void Container::onFocusChanged_(bool newFocused) {
     AliveGuard const self(this);
     Widget::onFocusChanged_(newFocused);
     if (self.dead())
@@ -318,8 +287,7 @@ void Container::onFocusChanged_(bool newFocused)
 
 // --- Tab order ---
 
-void Container::getTabOrderedWidgets(qor::vector<WidgetHandler*>& out)
-{
+void Container::getTabOrderedWidgets(qor::vector<WidgetHandler*>& out) {
     Widget::getTabOrderedWidgets(out);
     if (!getVisible(false) || !getEnabled())
         return;
@@ -328,4 +296,4 @@ void Container::getTabOrderedWidgets(qor::vector<WidgetHandler*>& out)
             child->getTabOrderedWidgets(out);
 }
 
-} // namespace gui
+}  // namespace gui

@@ -6,18 +6,15 @@
 #include <cstddef>
 #include <new>
 
-namespace gui
-{
+namespace gui {
 
-/// Storage of handler records, which stay where they are and are never freed nor used again: a stale handler must answer null
-/// for as long as the program runs.
+/// Storage of handler records, which stay where they are and are never freed nor used again: a stale handler must
+/// answer null for as long as the program runs.
 template <class Record>
-class HandlerArena
-{
+class HandlerArena {
 public:
     /// A default record at the end.
-    Record* append()
-    {
+    Record* append() {
         if (total_ == chunks_.size() * chunkSize)
             chunks_.push_back(static_cast<Record*>(qor_malloc(sizeof(Record) * chunkSize)));
         Record* const record = new (chunks_.back() + total_ % chunkSize) Record();
@@ -27,8 +24,7 @@ public:
 
     /// Records since the last `clear`.
     std::size_t size() const { return total_ - first_; }
-    Record* at(std::size_t index) const
-    {
+    Record* at(std::size_t index) const {
         std::size_t const place = first_ + index;
         return chunks_[place / chunkSize] + place % chunkSize;
     }
@@ -43,4 +39,4 @@ private:
     std::size_t total_ = 0;
 };
 
-} // namespace gui
+}  // namespace gui

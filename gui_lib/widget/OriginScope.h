@@ -2,27 +2,20 @@
 
 #include <osg/Vec2i>
 
-namespace gui
-{
+namespace gui {
 
 class Widget;
 class WidgetHandler;
 
-/// Remembers where a widget's coordinates begin while its children are walked, so that each child need not climb the tree again.
-/// Scopes nest; the innermost counts, and only for children that name its widget as their parent.
-class OriginScope
-{
+/// Remembers where a widget's coordinates begin while its children are walked, so that each child need not climb the
+/// tree again. Scopes nest; the innermost counts, and only for children that name its widget as their parent.
+class OriginScope {
 public:
-    enum Kind
-    {
-        Screen,
-        Target
-    };
+    enum Kind { Screen, Target };
 
     /// `origin` is the place of `widget`'s left top corner; `target` the widget whose target is being drawn, or null.
     OriginScope(Kind kind, WidgetHandler const* widget, osg::Vec2i const& origin, Widget const* target = nullptr)
-        : kind_(kind), widget_(widget), target_(target), origin_(origin), outer_(current_[kind])
-    {
+        : kind_(kind), widget_(widget), target_(target), origin_(origin), outer_(current_[kind]) {
         current_[kind] = this;
     }
     ~OriginScope() { current_[kind_] = outer_; }
@@ -30,8 +23,7 @@ public:
     OriginScope& operator=(OriginScope const&) = delete;
 
     /// The origin of `parent` if the innermost scope holds it, else null.
-    static osg::Vec2i const* find(Kind kind, WidgetHandler const* parent, Widget const* target = nullptr)
-    {
+    static osg::Vec2i const* find(Kind kind, WidgetHandler const* parent, Widget const* target = nullptr) {
         OriginScope const* const scope = current_[kind];
         return scope && parent && scope->widget_ == parent && scope->target_ == target ? &scope->origin_ : nullptr;
     }
@@ -46,4 +38,4 @@ private:
     OriginScope const* outer_;
 };
 
-} // namespace gui
+}  // namespace gui

@@ -2,12 +2,11 @@
 
 #include "gui_lib/widget/Widget.h"
 
-namespace gui
-{
+namespace gui {
 
-/// Places a call in the `doRedraw` pass: after each mark the function runs once there, in place of a widget's usual body.
-class VORLEX_API RedrawHelper : public Widget
-{
+/// Places a call in the `doRedraw` pass: after each mark the function runs once there, in place of a widget's usual
+/// body.
+class VORLEX_API RedrawHelper : public Widget {
 public:
     explicit RedrawHelper(std::function<void()> newFunction);
 
@@ -20,4 +19,4 @@ private:
     std::shared_ptr<std::function<void()>> function;
 };
 
-} // namespace gui
+}  // namespace gui

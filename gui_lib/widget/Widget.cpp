@@ -14,21 +14,17 @@
 
 #include <algorithm>
 
-namespace gui
-{
+namespace gui {
 
-namespace
-{
+namespace {
 
 /// Scales a limit by the whole part of the zoom: 1.5 scales by 1, and 0.5 gives 0, no limit.
-osg::Vec2i scaleByWholeZoom(osg::Vec2i const& limit, float zoom)
-{
+osg::Vec2i scaleByWholeZoom(osg::Vec2i const& limit, float zoom) {
     double const factor = qor::truncateToInt(zoom);
     return osg::Vec2i(qor::truncateToInt(limit.x() * factor), qor::truncateToInt(limit.y() * factor));
 }
 
-int clampToLimits(int value, int least, int most)
-{
+int clampToLimits(int value, int least, int most) {
     if (least > 0)
         value = std::max(value, least);
     if (most > 0)
@@ -38,22 +34,20 @@ int clampToLimits(int value, int least, int most)
 
 /// The text that a text beginning with "$" stands for; null if it does not begin so or is unknown.
 qor::basic_string<wchar_t> const* findLocalized(Widget::LocalizationMap const& map,
-                                                qor::basic_string<wchar_t> const& text)
-{
+                                                qor::basic_string<wchar_t> const& text) {
     if (text.empty() || text[0] != L'$')
         return nullptr;
     auto const found = map.find(std::basic_string_view<wchar_t>(text).substr(1));
     return found == map.end() ? nullptr : &found->second;
 }
 
-} // namespace
+}  // namespace
 
 // --- Life ---
 
 Widget::Widget() : handler(WidgetHandler::create(this)) { WidgetWorkLists::get().enterDirty(*this); }
 
-Widget::~Widget()
-{
+Widget::~Widget() {
     destroying = true;
     WidgetHandler::release(handler);
     WidgetWorkLists::get().remove(*this);
@@ -64,14 +58,12 @@ Widget::~Widget()
     delete debugSkin;
 }
 
-void Widget::destroy(Widget* widget)
-{
+void Widget::destroy(Widget* widget) {
     if (widget && !widget->destroying)
         widget->destroy_();
 }
 
-void Widget::destroy_()
-{
+void Widget::destroy_() {
     beginDestruction_();
     AliveGuard const self(this);
     if (auto* const container = dynamic_cast<Container*>(getParentWidget_()))
@@ -83,12 +75,15 @@ void Widget::destroy_()
         delete this;
 }
 
+unsigned long Widget::getRedrawCount() {
+    return WidgetWorkLists::get().getRedrawCount();
+}
+
 void Widget::redrawAll() { WidgetWorkLists::get().redrawAll(); }
 
 void Widget::doRedrawAll() { WidgetWorkLists::get().doRedrawAll(); }
 
-void Widget::copyParams(Widget* target) const
-{
+void Widget::copyParams(Widget* target) const {
     if (!target)
         return;
     AliveGuard const self(this);
@@ -115,8 +110,7 @@ void Widget::copyParams(Widget* target) const
     target->setResourceString(getResourceString());
 }
 
-Widget* Widget::clone() const
-{
+Widget* Widget::clone() const {
     auto* const copy = new Widget;
     copyParams(copy);
     return copy;
@@ -126,20 +120,17 @@ Widget* Widget::clone() const
 
 char const* Widget::getWidgetType() const { return "Widget"; }
 
-int Widget::getRootSurfaceId() const
-{
+int Widget::getRootSurfaceId() const {
     // A window without a parent answers with its own surface.
     Widget const* const root = getRoot();
     return root ? root->getRootSurfaceId() : 0;
 }
 
-skin::InteractiveState Widget::getInteractiveState() const
-{
+skin::InteractiveState Widget::getInteractiveState() const {
     return getEnabled() ? skin::InteractiveStateReleased : skin::InteractiveStateDisabled;
 }
 
-skin::InteractiveState Widget::getInteractiveState_(bool hovered, bool pressed) const
-{
+skin::InteractiveState Widget::getInteractiveState_(bool hovered, bool pressed) const {
     if (!getEnabled())
         return skin::InteractiveStateDisabled;
     if (hovered)
@@ -151,8 +142,7 @@ int Widget::getInnerState() const { return 1; }
 
 skin::Skin* Widget::getWidgetSkin() const { return skin; }
 
-void Widget::setTooltipSkin(skin::Skin const* source)
-{
+void Widget::setTooltipSkin(skin::Skin const* source) {
     if (source == tooltipSkin)
         return;
     // The copy is a store of parameters for the tooltip: it has no widget to lay out.
@@ -165,8 +155,7 @@ void Widget::setTooltipSkin(skin::Skin const* source)
 
 skin::Skin* Widget::getTooltipSkin() const { return tooltipSkin; }
 
-void Widget::setShaderEffect(char const* name, skin::ShaderEffectParams const* params)
-{
+void Widget::setShaderEffect(char const* name, skin::ShaderEffectParams const* params) {
     if (skin)
         skin->setShaderEffect(name, params);
 }
@@ -175,8 +164,7 @@ void Widget::setShaderEffect(char const* name, skin::ShaderEffectParams const* p
 
 Widget* Widget::getParentWidget_() const { return WidgetHandler::get(parent); }
 
-void Widget::setParent(WidgetHandler* newParent)
-{
+void Widget::setParent(WidgetHandler* newParent) {
     if (newParent != parent)
         onParentChanged_(newParent);
 }
@@ -187,14 +175,12 @@ WidgetHandler* Widget::getParent() const { return parent; }
 
 void Widget::resetParent() { parent = nullptr; }
 
-void Widget::detachFromParent()
-{
+void Widget::detachFromParent() {
     if (auto* const container = dynamic_cast<Container*>(getParentWidget_()))
         container->removeWidget_(this);
 }
 
-Widget* Widget::getRoot() const
-{
+Widget* Widget::getRoot() const {
     Widget* root = nullptr;
     for (Widget* next = WidgetHandler::get(getParent()); next; next = WidgetHandler::get(next->getParent()))
         root = next;
@@ -207,14 +193,12 @@ void Widget::setFocusedWidget_(WidgetHandler*) {}
 
 // --- Text ---
 
-void Widget::setText(std::basic_string_view<wchar_t> newText)
-{
+void Widget::setText(std::basic_string_view<wchar_t> newText) {
     if (newText != text)
         onTextChanged_(newText);
 }
 
-void Widget::onTextChanged_(std::basic_string_view<wchar_t> newText)
-{
+void Widget::onTextChanged_(std::basic_string_view<wchar_t> newText) {
     text = newText;
     if (skin)
         skin->setTextChanged();
@@ -235,13 +219,11 @@ void Widget::setName(std::basic_string_view<wchar_t> newName) { name = newName; 
 
 qor::basic_string<wchar_t> const& Widget::getName() const { return name; }
 
-Widget* Widget::findWidgetByName(std::basic_string_view<wchar_t> wantedName)
-{
+Widget* Widget::findWidgetByName(std::basic_string_view<wchar_t> wantedName) {
     return wantedName == getName() ? this : nullptr;
 }
 
-void Widget::localize(LocalizationMap const& map)
-{
+void Widget::localize(LocalizationMap const& map) {
     AliveGuard const self(this);
     if (qor::basic_string<wchar_t> const* const found = findLocalized(map, getText()))
         setText(*found);
@@ -253,14 +235,12 @@ void Widget::localize(LocalizationMap const& map)
 
 // --- Geometry ---
 
-void Widget::setPosition(osg::Vec2i const& newPosition)
-{
+void Widget::setPosition(osg::Vec2i const& newPosition) {
     if (newPosition != position)
         onPositionChanged_(newPosition);
 }
 
-void Widget::onPositionChanged_(osg::Vec2i const& newPosition)
-{
+void Widget::onPositionChanged_(osg::Vec2i const& newPosition) {
     static int const type = getWidgetCallbackType(positionCallbackName);
     position = newPosition;
     callWidgetCallbacks_(type);
@@ -268,15 +248,13 @@ void Widget::onPositionChanged_(osg::Vec2i const& newPosition)
 
 osg::Vec2i Widget::getPosition() const { return position; }
 
-void Widget::setSize(osg::Vec2i const& newSize)
-{
+void Widget::setSize(osg::Vec2i const& newSize) {
     osg::Vec2i const valid = validateSize_(newSize);
     if (valid != size)
         onSizeChanged_(valid);
 }
 
-void Widget::onSizeChanged_(osg::Vec2i const& newSize)
-{
+void Widget::onSizeChanged_(osg::Vec2i const& newSize) {
     static int const type = getWidgetCallbackType(sizeCallbackName);
     size = newSize;
     if (skin)
@@ -292,26 +270,22 @@ void Widget::updateSize() { updateSize_(); }
 
 void Widget::updateSize_() { onSizeChanged_(getSize()); }
 
-osg::Vec2i Widget::validateSize_(osg::Vec2i const& wanted) const
-{
+osg::Vec2i Widget::validateSize_(osg::Vec2i const& wanted) const {
     return clampSize_(osg::Vec2i(std::max(wanted.x(), 0), std::max(wanted.y(), 0)));
 }
 
-osg::Vec2i Widget::clampSize_(osg::Vec2i const& wanted) const
-{
+osg::Vec2i Widget::clampSize_(osg::Vec2i const& wanted) const {
     osg::Vec2i const least = getMinSize();
     osg::Vec2i const most = getMaxSize();
     return osg::Vec2i(clampToLimits(wanted.x(), least.x(), most.x()), clampToLimits(wanted.y(), least.y(), most.y()));
 }
 
-osg::Vec2i Widget::getMinSize() const
-{
+osg::Vec2i Widget::getMinSize() const {
     skin::Data const* const data = skin ? skin->getSkinData() : nullptr;
     return data ? scaleByWholeZoom(data->getMinSize(), getZoom()) : osg::Vec2i(0, 0);
 }
 
-osg::Vec2i Widget::getMaxSize() const
-{
+osg::Vec2i Widget::getMaxSize() const {
     skin::Data const* const data = skin ? skin->getSkinData() : nullptr;
     return data ? scaleByWholeZoom(data->getMaxSize(), getZoom()) : osg::Vec2i(0, 0);
 }
@@ -324,8 +298,7 @@ osg::Vec2i Widget::getPrefSize() const { return clampSize_(calcSize()); }
 
 osg::RectImpl<osg::Vec2i> Widget::getClientRect() const { return getClientRect_(); }
 
-osg::RectImpl<osg::Vec2i> Widget::getClientRect_() const
-{
+osg::RectImpl<osg::Vec2i> Widget::getClientRect_() const {
     osg::Vec2i const own = getSize();
     skin::Data const* const data = skin ? skin->getSkinData() : nullptr;
     if (!data)
@@ -334,22 +307,19 @@ osg::RectImpl<osg::Vec2i> Widget::getClientRect_() const
     return osg::RectImpl<osg::Vec2i>(insets.left, insets.top, own.x() - insets.right, own.y() - insets.bottom);
 }
 
-void Widget::setZoom(float newZoom)
-{
+void Widget::setZoom(float newZoom) {
     if (newZoom > 0.0f && newZoom != zoom)
         onZoomChanged_(newZoom);
 }
 
-void Widget::onZoomChanged_(float newZoom)
-{
+void Widget::onZoomChanged_(float newZoom) {
     zoom = newZoom;
     setDirty(DirtySelf);
 }
 
 float Widget::getZoom() const { return zoom; }
 
-void Widget::setOpacity(float newOpacity)
-{
+void Widget::setOpacity(float newOpacity) {
     if (!(newOpacity >= 0.0f && newOpacity <= 1.0f))
         return;
     // Between two values below 1 the picture already sits in a target, and nothing needs to be made again.
@@ -362,48 +332,41 @@ float Widget::getOpacity() const { return opacity; }
 
 // --- State ---
 
-void Widget::setTabOrder(int order)
-{
+void Widget::setTabOrder(int order) {
     if (getFocusable())
         tabOrder = order;
 }
 
 int Widget::getTabOrder() const { return tabOrder; }
 
-void Widget::getTabOrderedWidgets(qor::vector<WidgetHandler*>& out)
-{
+void Widget::getTabOrderedWidgets(qor::vector<WidgetHandler*>& out) {
     if (getVisible(false) && getEnabled() && getFocusable() && getTabOrder() != 0)
         out.push_back(handler);
 }
 
-void Widget::setVisible(bool newVisible)
-{
+void Widget::setVisible(bool newVisible) {
     if (newVisible != visible)
         onVisibleChanged_(newVisible);
 }
 
-void Widget::onVisibleChanged_(bool newVisible)
-{
+void Widget::onVisibleChanged_(bool newVisible) {
     visible = newVisible;
     setDirty(DirtySelf);
 }
 
-bool Widget::getVisible(bool recursive) const
-{
+bool Widget::getVisible(bool recursive) const {
     if (!recursive || !visible)
         return visible;
     Widget const* const up = getParentWidget_();
     return !up || up->getVisible(true);
 }
 
-void Widget::setFocused(bool newFocused)
-{
+void Widget::setFocused(bool newFocused) {
     if (newFocused != focused)
         onFocusChanged_(newFocused);
 }
 
-void Widget::onFocusChanged_(bool newFocused)
-{
+void Widget::onFocusChanged_(bool newFocused) {
     static int const type = getWidgetCallbackType(focusCallbackName);
     AliveGuard const self(this);
     focused = newFocused;
@@ -421,20 +384,17 @@ bool Widget::getFocused() const { return focused; }
 
 bool Widget::getFocusable() const { return false; }
 
-void Widget::setEnabled(bool newEnabled)
-{
+void Widget::setEnabled(bool newEnabled) {
     if (newEnabled != enabled)
         onEnableChanged_(newEnabled);
 }
 
-void Widget::onEnableChanged_(bool newEnabled)
-{
+void Widget::onEnableChanged_(bool newEnabled) {
     enabled = newEnabled;
     setDirty(DirtyTree);
 }
 
-bool Widget::getEnabled() const
-{
+bool Widget::getEnabled() const {
     if (!enabled)
         return false;
     Widget const* const up = getParentWidget_();
@@ -443,26 +403,25 @@ bool Widget::getEnabled() const
 
 // --- Points ---
 
-osg::Vec2i Widget::screenToWidget(osg::Vec2i const& point) const
-{
+osg::Vec2i Widget::screenToWidget(osg::Vec2i const& point) const {
     osg::Vec2i result = point - getPosition();
     if (osg::Vec2i const* const origin = OriginScope::find(OriginScope::Screen, parent))
         return result - *origin;
     for (Widget const* up = getParentWidget_(); up; up = WidgetHandler::get(up->getParent()))
-        result -= up->getPosition();
+        result = result - up->getPosition();
     return result;
 }
 
-osg::Vec2i Widget::widgetToScreen(osg::Vec2i const& point) const
-{
+osg::Vec2i Widget::widgetToScreen(osg::Vec2i const& point) const {
     osg::Vec2i result = point + getPosition();
+    if (osg::Vec2i const* const origin = OriginScope::find(OriginScope::Screen, parent))
+        return result + *origin;
     for (Widget const* up = getParentWidget_(); up; up = WidgetHandler::get(up->getParent()))
-        result += up->getPosition();
+        result = result + up->getPosition();
     return result;
 }
 
-bool Widget::getScreenPointInside(osg::Vec2i const& point) const
-{
+bool Widget::getScreenPointInside(osg::Vec2i const& point) const {
     osg::Vec2i const own = getSize();
     if (own.x() < 0 || own.y() < 0)
         return false;
@@ -470,27 +429,23 @@ bool Widget::getScreenPointInside(osg::Vec2i const& point) const
     return inside.x() >= 0 && inside.x() <= own.x() && inside.y() >= 0 && inside.y() <= own.y();
 }
 
-Widget* Widget::getWidgetAtScreenPoint(osg::Vec2i const& point)
-{
+Widget* Widget::getWidgetAtScreenPoint(osg::Vec2i const& point) {
     return getVisible(false) && getScreenPointInside(point) ? this : nullptr;
 }
 
-Widget* Widget::findWidgetAtScreenPoint(osg::Vec2i const& point)
-{
+Widget* Widget::findWidgetAtScreenPoint(osg::Vec2i const& point) {
     return getVisible(false) && getScreenPointInside(point) ? this : nullptr;
 }
 
 Widget* Widget::getTooltipWidget(osg::Vec2i const& point) { return getWidgetAtScreenPoint(point); }
 
-bool Widget::getHasMouseInputAtScreenPoint(osg::Vec2i const&) const
-{
+bool Widget::getHasMouseInputAtScreenPoint(osg::Vec2i const&) const {
     return callbacks && !callbacks->mouseCallbacks.empty();
 }
 
 // --- Marks ---
 
-void Widget::setDirty(DirtyFlag)
-{
+void Widget::setDirty(DirtyFlag) {
     if (dirty)
         return;
     WidgetWorkLists::get().enterDirty(*this);
@@ -499,10 +454,8 @@ void Widget::setDirty(DirtyFlag)
     dirty = true;
 }
 
-void Widget::onChildBecomeDirty_(Widget* child)
-{
-    if (getDrawToTarget())
-    {
+void Widget::onChildBecomeDirty_(Widget* child) {
+    if (getDrawToTarget()) {
         // The own redraw, which lays the children out, clears the mark at its end: it marks again then.
         if (inRedraw)
             childDirtiedInRedraw = true;
@@ -517,15 +470,13 @@ void Widget::setDirtySize(bool newDirtySize) { dirtySize = newDirtySize; }
 
 bool Widget::getDirtySize() const { return dirtySize; }
 
-void Widget::setDrawToTarget(bool newDrawToTarget)
-{
+void Widget::setDrawToTarget(bool newDrawToTarget) {
     drawToTarget = newDrawToTarget;
     setDirty(DirtySelf);
 }
 
-bool Widget::getDrawToTarget() const
-{
+bool Widget::getDrawToTarget() const {
     return (skin && skin->getShaderEffect()) || drawToTarget || opacity != 1.0f || zoom != 1.0f;
 }
 
-} // namespace gui
+}  // namespace gui

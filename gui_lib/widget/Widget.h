@@ -14,35 +14,27 @@
 #include <memory>
 #include <string_view>
 
-namespace gui
-{
+namespace gui {
 
 class GraphicCommands;
 class WidgetHandler;
 class WidgetWorkLists;
 struct CallbackTables;
 
-namespace skin
-{
+namespace skin {
 class Skin;
 class ShaderEffectParams;
-} // namespace skin
+}  // namespace skin
 
-/// The base of every visible element: geometry, state, texts, a skin and callbacks, and the operations that the tree dispatches
-/// through. Make widgets on the heap only and end them with `destroy` (windows with `WindowBase::kill`); a parent owns its
-/// children, and whatever is alive when GUI ends is deleted then.
-/// Coordinates: `position` is relative to the parent; points of mouse events are GUI units of the surface. Sizes are GUI units.
-/// Order: a change marks `dirty`; `redraw` lays out what is dirty; `doRedraw` builds renderer objects; `draw` or `make` show them.
-/// Callbacks may destroy any widget, the one that calls included.
-class VORLEX_API Widget
-{
+/// The base of every visible element: geometry, state, texts, a skin and callbacks, and the operations that the tree
+/// dispatches through. Make widgets on the heap only and end them with `destroy` (windows with `WindowBase::kill`); a
+/// parent owns its children, and whatever is alive when GUI ends is deleted then. Coordinates: `position` is relative
+/// to the parent; points of mouse events are GUI units of the surface. Sizes are GUI units. Order: a change marks
+/// `dirty`; `redraw` lays out what is dirty; `doRedraw` builds renderer objects; `draw` or `make` show them. Callbacks
+/// may destroy any widget, the one that calls included.
+class VORLEX_API Widget {
 public:
-    enum DirtyFlag
-    {
-        DirtySelf = 0,
-        DirtyChildren = 1,
-        DirtyTree = 2
-    };
+    enum DirtyFlag { DirtySelf = 0, DirtyChildren = 1, DirtyTree = 2 };
 
     using MouseCallback = std::shared_ptr<std::function<void(int, int, int)>>;
     using MouseWheelCallback = std::shared_ptr<std::function<bool(int, int, int)>>;
@@ -61,14 +53,18 @@ public:
 
     /// Ends a widget; null is ignored, and so is one that is being ended already.
     static void destroy(Widget* widget);
-    /// Runs `redraw` on every marked widget; marks made meanwhile wait for the next call. A nested call returns at once.
+    /// Runs `redraw` on every marked widget; marks made meanwhile wait for the next call. A nested call returns at
+    /// once.
     static void redrawAll();
     /// Runs `doRedraw` on every widget that was redrawn since the last call.
     static void doRedrawAll();
+    /// How many widgets `redrawAll` has redrawn so far.
+    static unsigned long getRedrawCount();
 
     /// The own handle; valid for ever, answers null after the widget's death.
     WidgetHandler* getHandler() const { return handler; }
-    /// Gives the target name, text, geometry, state, tooltip text and resource string through its setters; callbacks stay.
+    /// Gives the target name, text, geometry, state, tooltip text and resource string through its setters; callbacks
+    /// stay.
     void copyParams(Widget* target) const;
 
     // --- Identity and look ---
@@ -319,4 +315,4 @@ private:
     bool childDirtiedInRedraw = false;
 };
 
-} // namespace gui
+}  // namespace gui

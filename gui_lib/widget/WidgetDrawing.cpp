@@ -13,36 +13,29 @@
 #include "platform/qor/Truncate.h"
 #include "platform/vtx/vtxRenderer.h"
 
-namespace gui
-{
+namespace gui {
 
-namespace
-{
+namespace {
 
-Widget* currentTarget()
-{
+Widget* currentTarget() {
     GUI const* const gui = GUI::get();
     return gui ? gui->getTargetWidget() : nullptr;
 }
 
-bool clippingIsOn()
-{
+bool clippingIsOn() {
     GUI const* const gui = GUI::get();
     return !gui || gui->getClippingEnabled();
 }
 
-std::shared_ptr<std::function<void()>> shareUnlessEmpty(std::function<void()> callback)
-{
+std::shared_ptr<std::function<void()>> shareUnlessEmpty(std::function<void()> callback) {
     return callback ? std::make_shared<std::function<void()>>(std::move(callback)) : nullptr;
 }
 
 /// Sets a flag of a widget for a scope that the widget may not outlive.
-class FlagScope
-{
+class FlagScope {
 public:
     FlagScope(Widget const* widget, bool& flag) : self_(widget), flag_(flag), outer_(flag) { flag_ = true; }
-    ~FlagScope()
-    {
+    ~FlagScope() {
         if (self_.alive())
             flag_ = outer_;
     }
@@ -56,58 +49,49 @@ private:
 };
 
 /// Runs a callback that may replace itself or end its widget.
-void callHeld(std::shared_ptr<std::function<void()>> const& callback)
-{
+void callHeld(std::shared_ptr<std::function<void()>> const& callback) {
     std::shared_ptr<std::function<void()>> const held = callback;
     if (held)
         (*held)();
 }
 
-} // namespace
+}  // namespace
 
-void Widget::setRedrawCallback(std::function<void()> callback)
-{
+void Widget::setRedrawCallback(std::function<void()> callback) {
     redrawCallback = shareUnlessEmpty(std::move(callback));
 }
 
-void Widget::setDoRedrawCallback(std::function<void()> callback)
-{
+void Widget::setDoRedrawCallback(std::function<void()> callback) {
     doRedrawCallback = shareUnlessEmpty(std::move(callback));
 }
 
 // --- Layout ---
 
-void Widget::redraw()
-{
+void Widget::redraw() {
     AliveGuard const self(this);
     {
         FlagScope const scope(this, inRedraw);
         callHeld(redrawCallback);
-        if (self.alive() && getDirtySize())
-        {
+        if (self.alive() && getDirtySize()) {
             updateSize_();
             if (self.alive())
                 setDirtySize(false);
         }
-        if (self.alive() && dirty)
-        {
+        if (self.alive() && dirty) {
             if (getVisible(false))
                 redraw_();
             if (self.alive())
                 dirty = false;
         }
     }
-    if (self.alive() && childDirtiedInRedraw && !inRedraw)
-    {
+    if (self.alive() && childDirtiedInRedraw && !inRedraw) {
         childDirtiedInRedraw = false;
         setDirty(DirtySelf);
     }
 }
 
-void Widget::redraw_()
-{
-    if (skin)
-    {
+void Widget::redraw_() {
+    if (skin) {
         AliveGuard const self(this);
         skin->redraw();
         if (self.dead())
@@ -118,17 +102,14 @@ void Widget::redraw_()
     redrawDebugSkin_();
 }
 
-void Widget::redrawDebugSkin_()
-{
+void Widget::redrawDebugSkin_() {
     GUI const* const gui = GUI::get();
-    if (!gui || !gui->getDebugDraw())
-    {
+    if (!gui || !gui->getDebugDraw()) {
         delete debugSkin;
         debugSkin = nullptr;
         return;
     }
-    if (!debugSkin)
-    {
+    if (!debugSkin) {
         debugSkin = new skin::Skin(this, true);
         debugSkin->load("debugSkin");
     }
@@ -139,8 +120,7 @@ void Widget::redrawChildren() {}
 
 // --- Renderer objects ---
 
-void Widget::doRedraw()
-{
+void Widget::doRedraw() {
     AliveGuard const self(this);
     callHeld(doRedrawCallback);
     if (self.dead() || !needDoRedraw)
@@ -151,8 +131,7 @@ void Widget::doRedraw()
         needDoRedraw = false;
 }
 
-void Widget::doRedraw_()
-{
+void Widget::doRedraw_() {
     AliveGuard const self(this);
     if (skin)
         skin->doRedraw();
@@ -164,8 +143,7 @@ void Widget::doRedrawChildren() {}
 
 // --- Place in the target ---
 
-osg::Vec2i Widget::getTargetPosition_() const
-{
+osg::Vec2i Widget::getTargetPosition_() const {
     Widget const* const target = currentTarget();
     if (this == target)
         return osg::Vec2i(0, 0);
@@ -173,19 +151,17 @@ osg::Vec2i Widget::getTargetPosition_() const
     if (osg::Vec2i const* const origin = OriginScope::find(OriginScope::Target, parent, target))
         return result + *origin;
     for (Widget const* up = getParentWidget_(); up && up != target; up = WidgetHandler::get(up->getParent()))
-        result += up->getPosition();
+        result = result + up->getPosition();
     return result;
 }
 
-osg::RectImpl<osg::Vec2i> Widget::getClipRect_() const
-{
+osg::RectImpl<osg::Vec2i> Widget::getClipRect_() const {
     osg::Vec2i corner = getTargetPosition_();
     osg::Vec2f scale(1.0f, 1.0f);
-    if (GUI const* const gui = GUI::get())
-    {
+    if (GUI const* const gui = GUI::get()) {
         // A target begins at its own corner, not at the screen's.
         if (!gui->getTargetWidget())
-            corner += gui->getScreenPosition();
+            corner = corner + gui->getScreenPosition();
         scale = gui->getOffscreenScaleFactor();
     }
     double const x = corner.x();
@@ -198,14 +174,12 @@ osg::RectImpl<osg::Vec2i> Widget::getClipRect_() const
 
 // --- Drawing ---
 
-void Widget::draw()
-{
+void Widget::draw() {
     if (getVisible(false))
         drawModelView_();
 }
 
-void Widget::drawModelView_()
-{
+void Widget::drawModelView_() {
     OriginScope const origin(OriginScope::Target, handler, getTargetPosition_(), currentTarget());
     vtxRenderer::ModelViewMatrixGuard guard;
     osg::Vec2i const place = getPosition();
@@ -213,8 +187,7 @@ void Widget::drawModelView_()
     drawClipped_();
 }
 
-void Widget::drawClipped_()
-{
+void Widget::drawClipped_() {
     bool const clip = clippingIsOn();
     if (clip)
         beginClip_();
@@ -228,16 +201,14 @@ void Widget::beginClip_() { vtxRenderer::get()->pushClipRect(getClipRect_()); }
 
 void Widget::endClip_() { vtxRenderer::get()->popClipRect(); }
 
-void Widget::draw_()
-{
+void Widget::draw_() {
     if (skin)
         skin->draw();
     if (debugSkin)
         debugSkin->draw();
 }
 
-void Widget::drawFocusRect_()
-{
+void Widget::drawFocusRect_() {
     if (skin)
         skin->drawFocusRect();
 }
@@ -246,14 +217,12 @@ void Widget::drawChildren() {}
 
 // --- Recording ---
 
-void Widget::make(GraphicCommands* commands)
-{
+void Widget::make(GraphicCommands* commands) {
     if (getVisible(false))
         makeModelView_(commands);
 }
 
-void Widget::makeModelView_(GraphicCommands* commands)
-{
+void Widget::makeModelView_(GraphicCommands* commands) {
     OriginScope const origin(OriginScope::Target, handler, getTargetPosition_(), currentTarget());
     GraphicCommandModelViewMatrixGuard guard(commands);
     osg::Vec2i const place = getPosition();
@@ -261,8 +230,7 @@ void Widget::makeModelView_(GraphicCommands* commands)
     makeClipped_(commands);
 }
 
-void Widget::makeClipped_(GraphicCommands* commands)
-{
+void Widget::makeClipped_(GraphicCommands* commands) {
     bool const clip = clippingIsOn();
     if (clip)
         makeBeginClip_(commands);
@@ -276,16 +244,14 @@ void Widget::makeBeginClip_(GraphicCommands* commands) { commands->pushClipRect(
 
 void Widget::makeEndClip_(GraphicCommands* commands) { commands->popClipRect(); }
 
-void Widget::make_(GraphicCommands* commands)
-{
+void Widget::make_(GraphicCommands* commands) {
     if (skin)
         skin->make(commands);
     if (debugSkin)
         debugSkin->make(commands);
 }
 
-void Widget::makeFocusRect_(GraphicCommands* commands)
-{
+void Widget::makeFocusRect_(GraphicCommands* commands) {
     if (skin)
         skin->makeFocusRect(commands);
 }
@@ -294,20 +260,18 @@ void Widget::makeChildren(GraphicCommands*) {}
 
 // --- Parse ---
 
-void Widget::parse()
-{
+void Widget::parse() {
     if (getVisible(false))
         parse_();
 }
 
 void Widget::parse_() {}
 
-void Widget::makeParse(GraphicCommands* commands)
-{
+void Widget::makeParse(GraphicCommands* commands) {
     if (getVisible(false))
         makeParse_(commands);
 }
 
 void Widget::makeParse_(GraphicCommands*) {}
 
-} // namespace gui
+}  // namespace gui

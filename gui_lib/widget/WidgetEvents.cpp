@@ -6,89 +6,73 @@
 
 #include <utility>
 
-namespace gui
-{
+namespace gui {
 
-namespace
-{
+namespace {
 
-CallbackTables& makeTables(std::unique_ptr<CallbackTables>& tables)
-{
+CallbackTables& makeTables(std::unique_ptr<CallbackTables>& tables) {
     if (!tables)
         tables = std::make_unique<CallbackTables>();
     return *tables;
 }
 
-} // namespace
+}  // namespace
 
 // --- Adding and removing ---
 
-void Widget::addMouseCallback(MouseCallbackType type, MouseCallback callback)
-{
+void Widget::addMouseCallback(MouseCallbackType type, MouseCallback callback) {
     makeTables(callbacks).mouseCallbacks.add(type, std::move(callback));
 }
 
-void Widget::removeMouseCallback(MouseCallbackType type, MouseCallback const& callback)
-{
+void Widget::removeMouseCallback(MouseCallbackType type, MouseCallback const& callback) {
     if (callbacks)
         callbacks->mouseCallbacks.remove(type, callback);
 }
 
-void Widget::addMouseWheelCallback(MouseWheelCallback callback)
-{
+void Widget::addMouseWheelCallback(MouseWheelCallback callback) {
     makeTables(callbacks).mouseWheelCallbacks.add(0, std::move(callback));
 }
 
-void Widget::removeMouseWheelCallback(MouseWheelCallback const& callback)
-{
+void Widget::removeMouseWheelCallback(MouseWheelCallback const& callback) {
     if (callbacks)
         callbacks->mouseWheelCallbacks.remove(0, callback);
 }
 
-void Widget::addKeyboardCallback(KeyboardCallbackType type, KeyboardCallback callback)
-{
+void Widget::addKeyboardCallback(KeyboardCallbackType type, KeyboardCallback callback) {
     makeTables(callbacks).keyboardCallbacks.add(type, std::move(callback));
 }
 
-void Widget::removeKeyboardCallback(KeyboardCallbackType type, KeyboardCallback const& callback)
-{
+void Widget::removeKeyboardCallback(KeyboardCallbackType type, KeyboardCallback const& callback) {
     if (callbacks)
         callbacks->keyboardCallbacks.remove(type, callback);
 }
 
-void Widget::addWidgetCallback(int type, WidgetCallback callback)
-{
+void Widget::addWidgetCallback(int type, WidgetCallback callback) {
     makeTables(callbacks).widgetCallbacks.add(type, std::move(callback));
 }
 
-void Widget::removeWidgetCallback(int type, WidgetCallback const& callback)
-{
+void Widget::removeWidgetCallback(int type, WidgetCallback const& callback) {
     if (callbacks)
         callbacks->widgetCallbacks.remove(type, callback);
 }
 
 // --- Calling ---
 
-void Widget::callMouseCallbacks_(MouseCallbackType type, int x, int y, int button)
-{
+void Widget::callMouseCallbacks_(MouseCallbackType type, int x, int y, int button) {
     if (!callbacks)
         return;
-    walkCallbacks(this, callbacks->mouseCallbacks, type,
-                  [=](std::function<void(int, int, int)> const& callback)
-                  {
-                      callback(x, y, button);
-                      return true;
-                  });
+    walkCallbacks(this, callbacks->mouseCallbacks, type, [=](std::function<void(int, int, int)> const& callback) {
+        callback(x, y, button);
+        return true;
+    });
 }
 
-bool Widget::callKeyboardCallbacks_(KeyboardCallbackType type, KeyboardButton key, int modifiers)
-{
+bool Widget::callKeyboardCallbacks_(KeyboardCallbackType type, KeyboardButton key, int modifiers) {
     bool result = false;
     if (!callbacks)
         return result;
     walkCallbacks(this, callbacks->keyboardCallbacks, type,
-                  [=, &result](std::function<bool(KeyboardButton, int)> const& callback)
-                  {
+                  [=, &result](std::function<bool(KeyboardButton, int)> const& callback) {
                       if (callback(key, modifiers))
                           result = true;
                       return true;
@@ -96,67 +80,48 @@ bool Widget::callKeyboardCallbacks_(KeyboardCallbackType type, KeyboardButton ke
     return result;
 }
 
-void Widget::callWidgetCallbacks_(int type)
-{
+void Widget::callWidgetCallbacks_(int type) {
     if (!callbacks)
         return;
-    walkCallbacks(this, callbacks->widgetCallbacks, type,
-                  [](std::function<void()> const& callback)
-                  {
-                      callback();
-                      return true;
-                  });
+    walkCallbacks(this, callbacks->widgetCallbacks, type, [](std::function<void()> const& callback) {
+        callback();
+        return true;
+    });
 }
 
-void Widget::onChange_()
-{
+void Widget::onChange_() {
     static int const type = getWidgetCallbackType(changeCallbackName);
     callWidgetCallbacks_(type);
 }
 
 // --- Mouse ---
 
-void Widget::onMouseMove(osg::Vec2i const& point)
-{
-    callMouseCallbacks_(MouseCallbackMove, point.x(), point.y(), 0);
-}
+void Widget::onMouseMove(osg::Vec2i const& point) { callMouseCallbacks_(MouseCallbackMove, point.x(), point.y(), 0); }
 
-void Widget::onMouseEnter(osg::Vec2i const& point)
-{
-    callMouseCallbacks_(MouseCallbackEnter, point.x(), point.y(), 0);
-}
+void Widget::onMouseEnter(osg::Vec2i const& point) { callMouseCallbacks_(MouseCallbackEnter, point.x(), point.y(), 0); }
 
-void Widget::onMouseLeave(osg::Vec2i const& point)
-{
-    callMouseCallbacks_(MouseCallbackLeave, point.x(), point.y(), 0);
-}
+void Widget::onMouseLeave(osg::Vec2i const& point) { callMouseCallbacks_(MouseCallbackLeave, point.x(), point.y(), 0); }
 
-void Widget::onMouseDown(osg::Vec2i const& point, MouseButton button)
-{
+void Widget::onMouseDown(osg::Vec2i const& point, MouseButton button) {
     callMouseCallbacks_(MouseCallbackDown, point.x(), point.y(), button);
 }
 
-void Widget::onMouseDoubleClick(osg::Vec2i const& point, MouseButton button)
-{
+void Widget::onMouseDoubleClick(osg::Vec2i const& point, MouseButton button) {
     callMouseCallbacks_(MouseCallbackDoubleDown, point.x(), point.y(), button);
 }
 
-void Widget::onMouseUp(osg::Vec2i const& point, MouseButton button)
-{
+void Widget::onMouseUp(osg::Vec2i const& point, MouseButton button) {
     callMouseCallbacks_(MouseCallbackUp, point.x(), point.y(), button);
 }
 
-bool Widget::onMouseWheel(osg::Vec2i const& point, int delta)
-{
+bool Widget::onMouseWheel(osg::Vec2i const& point, int delta) {
     bool used = false;
     if (!callbacks)
         return used;
-    walkCallbacks(this, callbacks->mouseWheelCallbacks, 0,
-                  [&](std::function<bool(int, int, int)> const& callback)
-                  {
-                      used = callback(point.x(), point.y(), delta);
-                      return !used;
-                  });
+    walkCallbacks(this, callbacks->mouseWheelCallbacks, 0, [&](std::function<bool(int, int, int)> const& callback) {
+        used = callback(point.x(), point.y(), delta);
+        return !used;
+    });
     return used;
 }
 
@@ -166,19 +131,16 @@ void Widget::onMouseReleased() { callMouseCallbacks_(MouseCallbackReleased, 0, 0
 
 // --- Keys ---
 
-bool Widget::onKeyDown(KeyboardButton key, int modifiers)
-{
+bool Widget::onKeyDown(KeyboardButton key, int modifiers) {
     return callKeyboardCallbacks_(KeyboardCallbackDown, key, modifiers);
 }
 
-bool Widget::onChar(KeyboardButton key, int modifiers)
-{
+bool Widget::onChar(KeyboardButton key, int modifiers) {
     return callKeyboardCallbacks_(KeyboardCallbackChar, key, modifiers);
 }
 
-bool Widget::onKeyUp(KeyboardButton key, int modifiers)
-{
+bool Widget::onKeyUp(KeyboardButton key, int modifiers) {
     return callKeyboardCallbacks_(KeyboardCallbackUp, key, modifiers);
 }
 
-} // namespace gui
+}  // namespace gui

@@ -2,15 +2,14 @@
 
 #include "platform/qor/Api.h"
 
-namespace gui
-{
+namespace gui {
 
 class Widget;
 
-/// A stable handle of a widget: it answers null after the widget's death, so whoever keeps a widget across a callback or a frame
-/// keeps its handler and needs no notice. Lifetime: a record is never freed nor used again while the program runs.
-class VORLEX_API WidgetHandler
-{
+/// A stable handle of a widget: it answers null after the widget's death, so whoever keeps a widget across a callback
+/// or a frame keeps its handler and needs no notice. Lifetime: a record is never freed nor used again while the program
+/// runs.
+class VORLEX_API WidgetHandler {
 public:
     /// A new record for `widget`; its index is the number of records plus one.
     static WidgetHandler* create(Widget* widget);
@@ -28,4 +27,4 @@ private:
     Widget* widget = nullptr;
 };
 
-} // namespace gui
+}  // namespace gui

@@ -2,16 +2,13 @@
 
 #include "gui_lib/widget/Widget.h"
 
-namespace gui
-{
+namespace gui {
 
-namespace
-{
+namespace {
 
 /// Runs a function at the end of a scope, also when an exception leaves it.
 template <class Function>
-class AtEnd
-{
+class AtEnd {
 public:
     explicit AtEnd(Function function) : function_(function) {}
     ~AtEnd() { function_(); }
@@ -22,30 +19,24 @@ private:
     Function function_;
 };
 
-} // namespace
+}  // namespace
 
-WidgetWorkLists& WidgetWorkLists::get()
-{
+WidgetWorkLists& WidgetWorkLists::get() {
     // Never destroyed: widgets held by statics may die late.
     static auto* const instance = new WidgetWorkLists;
     return *instance;
 }
 
-void WidgetWorkLists::enterDirty(Widget& widget)
-{
-    enter_(widget, inRedrawAll_ ? 1 - current_ : current_);
-}
+void WidgetWorkLists::enterDirty(Widget& widget) { enter_(widget, inRedrawAll_ ? 1 - current_ : current_); }
 
-void WidgetWorkLists::enter_(Widget& widget, int list)
-{
+void WidgetWorkLists::enter_(Widget& widget, int list) {
     if (widget.dirtyIndex[list] >= 0)
         return;
     widget.dirtyIndex[list] = static_cast<int>(dirtyLists_[list].size());
     dirtyLists_[list].push_back({&widget, true});
 }
 
-void WidgetWorkLists::leave_(Widget& widget, int list)
-{
+void WidgetWorkLists::leave_(Widget& widget, int list) {
     int const index = widget.dirtyIndex[list];
     if (index < 0)
         return;
@@ -59,16 +50,14 @@ void WidgetWorkLists::leave_(Widget& widget, int list)
     last.widget->dirtyIndex[list] = index;
 }
 
-void WidgetWorkLists::enterDoRedraw(Widget& widget)
-{
+void WidgetWorkLists::enterDoRedraw(Widget& widget) {
     if (widget.doRedrawIndex >= 0)
         return;
     widget.doRedrawIndex = static_cast<int>(doRedrawList_.size());
     doRedrawList_.push_back(&widget);
 }
 
-void WidgetWorkLists::remove(Widget& widget)
-{
+void WidgetWorkLists::remove(Widget& widget) {
     leave_(widget, 1 - current_);
     if (!inRedrawAll_)
         leave_(widget, current_);
@@ -79,8 +68,7 @@ void WidgetWorkLists::remove(Widget& widget)
     if (index < 0)
         return;
     widget.doRedrawIndex = -1;
-    if (inDoRedrawAll_)
-    {
+    if (inDoRedrawAll_) {
         doRedrawList_[index] = nullptr;
         return;
     }
@@ -92,8 +80,7 @@ void WidgetWorkLists::remove(Widget& widget)
     last->doRedrawIndex = index;
 }
 
-void WidgetWorkLists::redrawAll()
-{
+void WidgetWorkLists::redrawAll() {
     if (inRedrawAll_)
         return;
     inRedrawAll_ = true;
@@ -101,19 +88,18 @@ void WidgetWorkLists::redrawAll()
     AtEnd const finish([this, &done] { finishRedrawAll_(done); });
     // The list does not grow while it is walked: marks go to the other one.
     qor::vector<DirtyEntry> const& entries = dirtyLists_[current_];
-    while (done < entries.size())
-    {
+    while (done < entries.size()) {
         DirtyEntry const entry = entries[done++];
-        if (entry.alive)
-            entry.widget->redraw();
+        if (!entry.alive)
+            continue;
+        ++redrawCount_;
+        entry.widget->redraw();
     }
 }
 
-void WidgetWorkLists::finishRedrawAll_(std::size_t done)
-{
+void WidgetWorkLists::finishRedrawAll_(std::size_t done) {
     qor::vector<DirtyEntry>& entries = dirtyLists_[current_];
-    for (std::size_t i = 0; i < entries.size(); ++i)
-    {
+    for (std::size_t i = 0; i < entries.size(); ++i) {
         if (!entries[i].alive)
             continue;
         Widget& widget = *entries[i].widget;
@@ -127,8 +113,7 @@ void WidgetWorkLists::finishRedrawAll_(std::size_t done)
     inRedrawAll_ = false;
 }
 
-void WidgetWorkLists::doRedrawAll()
-{
+void WidgetWorkLists::doRedrawAll() {
     if (inDoRedrawAll_)
         return;
     inDoRedrawAll_ = true;
@@ -140,11 +125,9 @@ void WidgetWorkLists::doRedrawAll()
             widget->doRedraw();
 }
 
-void WidgetWorkLists::finishDoRedrawAll_(std::size_t done)
-{
+void WidgetWorkLists::finishDoRedrawAll_(std::size_t done) {
     std::size_t kept = 0;
-    for (std::size_t i = 0; i < doRedrawList_.size(); ++i)
-    {
+    for (std::size_t i = 0; i < doRedrawList_.size(); ++i) {
         Widget* const widget = doRedrawList_[i];
         if (!widget)
             continue;
@@ -159,4 +142,4 @@ void WidgetWorkLists::finishDoRedrawAll_(std::size_t done)
     inDoRedrawAll_ = false;
 }
 
-} // namespace gui
+}  // namespace gui

@@ -4,19 +4,16 @@
 
 #include <cstddef>
 
-namespace gui
-{
+namespace gui {
 
 class Widget;
 
-/// The lists of widgets that wait for `redraw` and for `doRedraw`. Each widget keeps its places, so that entering and leaving cost
-/// the same however long the lists are. Order: entries keep the order of marking, but a widget that leaves is replaced by the
-/// last entry.
-class WidgetWorkLists
-{
+/// The lists of widgets that wait for `redraw` and for `doRedraw`. Each widget keeps its places, so that entering and
+/// leaving cost the same however long the lists are. Order: entries keep the order of marking, but a widget that leaves
+/// is replaced by the last entry.
+class WidgetWorkLists {
 public:
-    struct DirtyEntry
-    {
+    struct DirtyEntry {
         Widget* widget;
         bool alive;
     };
@@ -31,6 +28,7 @@ public:
 
     void redrawAll();
     void doRedrawAll();
+    unsigned long getRedrawCount() const { return redrawCount_; }
 
     qor::vector<DirtyEntry> const& getDirtyList() const { return dirtyLists_[current_]; }
     qor::vector<DirtyEntry> const& getDirtyListNext() const { return dirtyLists_[1 - current_]; }
@@ -48,8 +46,9 @@ private:
     qor::vector<DirtyEntry> dirtyLists_[2];
     int current_ = 0;
     qor::vector<Widget*> doRedrawList_;
+    unsigned long redrawCount_ = 0;
     bool inRedrawAll_ = false;
     bool inDoRedrawAll_ = false;
 };
 
-} // namespace gui
+}  // namespace gui

@@ -2,19 +2,16 @@
 
 #include "gui_lib/controls/buttons/Button.h"
 
-namespace gui
-{
+namespace gui {
 
 class WindowBase;
 
-namespace skin
-{
+namespace skin {
 class ButtonSkin;
 }
 
 /// The button in a window's header that closes the window. It borrows its skin from the header's skin.
-class VORLEX_API CloseButton : public Button
-{
+class VORLEX_API CloseButton : public Button {
 public:
     CloseButton(WindowBase& window, skin::ButtonSkin* borrowedSkin);
     ~CloseButton() override;
@@ -30,4 +27,4 @@ protected:
     WidgetHandler* window;
 };
 
-} // namespace gui
+}  // namespace gui

@@ -2,15 +2,13 @@
 
 #include "gui_lib/widget/Widget.h"
 
-namespace gui
-{
+namespace gui {
 
 class WindowBase;
 
-/// The part of a window's header that drags the window; private to the header. Order: a drag begins with a press of the main button
-/// and holds the mouse until its release, which brings the header back onto the screen.
-class VORLEX_API Dragger : public Widget
-{
+/// The part of a window's header that drags the window; private to the header. Order: a drag begins with a press of the
+/// main button and holds the mouse until its release, which brings the header back onto the screen.
+class VORLEX_API Dragger : public Widget {
 public:
     explicit Dragger(WindowBase& window);
 
@@ -34,4 +32,4 @@ private:
     osg::Vec2i lastMouse;
 };
 
-} // namespace gui
+}  // namespace gui

@@ -2,12 +2,10 @@
 
 #include "gui_lib/windows/WindowBase.h"
 
-namespace gui
-{
+namespace gui {
 
 /// The ordinary movable window with a header and a view. A press focuses and raises it. Skin "windowSkin".
-class VORLEX_API Window : public WindowBase
-{
+class VORLEX_API Window : public WindowBase {
 public:
     Window();
     ~Window() override;
@@ -37,4 +35,4 @@ protected:
     bool transparentForUserInput = false;
 };
 
-} // namespace gui
+}  // namespace gui

@@ -3,32 +3,27 @@
 #include "gui_lib/base/HotKey.h"
 #include "gui_lib/widget/Container.h"
 
-namespace gui
-{
+namespace gui {
 
 class WindowHeader;
 class WindowsManager;
 class WindowView;
 
-namespace skin
-{
+namespace skin {
 class WindowBaseSkin;
 }
 
-/// The base of every top-level element: a place on a surface, an optional header and view, hot keys, a stack of mouse cursors,
-/// resizing by the border, overlay widgets and the tab chain. The host's widgets go into the view. Made hidden; shown and
-/// hidden by `setVisible`, ended by `kill`.
-/// Handed to the skin: inner state 2 with focus, else 1.
+/// The base of every top-level element: a place on a surface, an optional header and view, hot keys, a stack of mouse
+/// cursors, resizing by the border, overlay widgets and the tab chain. The host's widgets go into the view. Made
+/// hidden; shown and hidden by `setVisible`, ended by `kill`. Handed to the skin: inner state 2 with focus, else 1.
 /// Coordinates: `position` is relative to the surface, GUI units.
-class VORLEX_API WindowBase : public Container
-{
+class VORLEX_API WindowBase : public Container {
 public:
     using HotKey = gui::HotKey;
     using HotKeyCallback = std::shared_ptr<std::function<void()>>;
 
     /// The cursor numbers that the toolkit asks the host for.
-    enum Cursor
-    {
+    enum Cursor {
         CursorNone = -1,
         CursorDefault = 0,
         CursorColumnResize = 36,
@@ -38,13 +33,7 @@ public:
         CursorResizeHorz = 41
     };
     /// Bits of the borders that a resize moves.
-    enum ResizeMask
-    {
-        ResizeLeft = 1,
-        ResizeRight = 2,
-        ResizeTop = 4,
-        ResizeBottom = 8
-    };
+    enum ResizeMask { ResizeLeft = 1, ResizeRight = 2, ResizeTop = 4, ResizeBottom = 8 };
 
     static constexpr char const* closeCallbackName = "window close";
 
@@ -166,7 +155,8 @@ protected:
     void makeHeaderAndView_();
     /// The manager of the window's surface, remembered for leaving; null if there is none.
     WindowsManager* enterManager_();
-    /// The manager to leave: the one entered, else that of the surface; null if there is none. It is remembered no longer.
+    /// The manager to leave: the one entered, else that of the surface; null if there is none. It is remembered no
+    /// longer.
     WindowsManager* leaveManager_();
 
     int surfaceId = 0;
@@ -199,4 +189,4 @@ private:
     WindowsManager* enteredManager = nullptr;
 };
 
-} // namespace gui
+}  // namespace gui

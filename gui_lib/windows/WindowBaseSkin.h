@@ -2,14 +2,12 @@
 
 #include "gui_lib/Skin/Skin.h"
 
-namespace gui::skin
-{
+namespace gui::skin {
 
 class WindowData;
 
 /// The look of a window. The sub-skins "header" and "view" are the skins of its header and view. Holds a WindowData.
-class VORLEX_API WindowBaseSkin : public Skin
-{
+class VORLEX_API WindowBaseSkin : public Skin {
 public:
     explicit WindowBaseSkin(Widget* widget);
 
@@ -30,4 +28,4 @@ private:
     Skin* getViewSkin_() const;
 };
 
-} // namespace gui::skin
+}  // namespace gui::skin

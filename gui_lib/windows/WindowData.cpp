@@ -2,36 +2,31 @@
 
 #include "gui_lib/Skin/luautil.h"
 
-namespace gui::skin
-{
+namespace gui::skin {
 
 WindowData::WindowData(Skin* newOwner) : Data(newOwner) {}
 
-void WindowData::setHeaderHeight(int height)
-{
+void WindowData::setHeaderHeight(int height) {
     headerHeight = height;
     ownerSkinUpdateWidget(true);
 }
 
 int WindowData::getHeaderHeight() const { return headerHeight; }
 
-void WindowData::loadParams_(lua_State* L)
-{
+void WindowData::loadParams_(lua_State* L) {
     Data::loadParams_(L);
     luautil::getValue(L, "headerHeight", headerHeight);
 }
 
-void WindowData::unloadParams_(lua_State* L) const
-{
+void WindowData::unloadParams_(lua_State* L) const {
     Data::unloadParams_(L);
     luautil::setValue(L, "headerHeight", headerHeight);
 }
 
-void WindowData::copyParams_(Data* other) const
-{
+void WindowData::copyParams_(Data* other) const {
     Data::copyParams_(other);
     if (auto* const target = dynamic_cast<WindowData*>(other))
         target->headerHeight = headerHeight;
 }
 
-} // namespace gui::skin
+}  // namespace gui::skin

@@ -2,12 +2,10 @@
 
 #include "gui_lib/Skin/Data.h"
 
-namespace gui::skin
-{
+namespace gui::skin {
 
 /// The parameters of a window's skin.
-class VORLEX_API WindowData : public Data
-{
+class VORLEX_API WindowData : public Data {
 public:
     explicit WindowData(Skin* owner);
 
@@ -24,4 +22,4 @@ protected:
     int headerHeight = 20;
 };
 
-} // namespace gui::skin
+}  // namespace gui::skin

@@ -2,22 +2,19 @@
 
 #include "gui_lib/widget/Container.h"
 
-namespace gui
-{
+namespace gui {
 
 class CloseButton;
 class Dragger;
 class WindowBase;
 
-namespace skin
-{
+namespace skin {
 class WindowHeaderSkin;
 }
 
-/// The title strip of a window: it shows the window's text, drags the window and may hold a close button. Its look is the sub-skin
-/// "header" of the window's skin. Handed to the skin: the inner state of the window.
-class VORLEX_API WindowHeader : public Container
-{
+/// The title strip of a window: it shows the window's text, drags the window and may hold a close button. Its look is
+/// the sub-skin "header" of the window's skin. Handed to the skin: the inner state of the window.
+class VORLEX_API WindowHeader : public Container {
 public:
     explicit WindowHeader(WindowBase& window);
     ~WindowHeader() override;
@@ -63,4 +60,4 @@ private:
     WidgetHandler* draggerHandler = nullptr;
 };
 
-} // namespace gui
+}  // namespace gui

@@ -2,45 +2,39 @@
 
 #include "gui_lib/Skin/luautil.h"
 
-namespace gui::skin
-{
+namespace gui::skin {
 
 WindowHeaderData::WindowHeaderData(Skin* newOwner) : Data(newOwner) {}
 
-void WindowHeaderData::setHasCloseButton(bool has)
-{
+void WindowHeaderData::setHasCloseButton(bool has) {
     hasCloseButton = has;
     ownerSkinUpdateWidget(true);
 }
 
 bool WindowHeaderData::getHasCloseButton() const { return hasCloseButton; }
 
-void WindowHeaderData::setCloseButtonHorzAlign(Align const& align)
-{
+void WindowHeaderData::setCloseButtonHorzAlign(Align const& align) {
     closeButtonHorzAlign = align;
     ownerSkinUpdateWidget(true);
 }
 
 Align const& WindowHeaderData::getCloseButtonHorzAlign() const { return closeButtonHorzAlign; }
 
-void WindowHeaderData::setCloseButtonVertAlign(Align const& align)
-{
+void WindowHeaderData::setCloseButtonVertAlign(Align const& align) {
     closeButtonVertAlign = align;
     ownerSkinUpdateWidget(true);
 }
 
 Align const& WindowHeaderData::getCloseButtonVertAlign() const { return closeButtonVertAlign; }
 
-void WindowHeaderData::setCloseButtonText(qor::basic_string<char> const& text)
-{
+void WindowHeaderData::setCloseButtonText(qor::basic_string<char> const& text) {
     closeButtonText = text;
     ownerSkinUpdateWidget(true);
 }
 
 qor::basic_string<char> const& WindowHeaderData::getCloseButtonText() const { return closeButtonText; }
 
-void WindowHeaderData::loadParams_(lua_State* L)
-{
+void WindowHeaderData::loadParams_(lua_State* L) {
     Data::loadParams_(L);
     luautil::getValue(L, "hasCloseButton", hasCloseButton);
     luautil::getAlign(L, "closeButtonHorzAlign", closeButtonHorzAlign);
@@ -48,8 +42,7 @@ void WindowHeaderData::loadParams_(lua_State* L)
     luautil::getValue(L, "closeButtonText", closeButtonText);
 }
 
-void WindowHeaderData::unloadParams_(lua_State* L) const
-{
+void WindowHeaderData::unloadParams_(lua_State* L) const {
     Data::unloadParams_(L);
     luautil::setValue(L, "hasCloseButton", hasCloseButton);
     luautil::setValue(L, "closeButtonHorzAlign", closeButtonHorzAlign);
@@ -57,8 +50,7 @@ void WindowHeaderData::unloadParams_(lua_State* L) const
     luautil::setValue(L, "closeButtonText", closeButtonText);
 }
 
-void WindowHeaderData::copyParams_(Data* other) const
-{
+void WindowHeaderData::copyParams_(Data* other) const {
     Data::copyParams_(other);
     auto* const target = dynamic_cast<WindowHeaderData*>(other);
     if (!target)
@@ -69,4 +61,4 @@ void WindowHeaderData::copyParams_(Data* other) const
     target->closeButtonText = closeButtonText;
 }
 
-} // namespace gui::skin
+}  // namespace gui::skin

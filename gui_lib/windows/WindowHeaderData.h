@@ -4,12 +4,10 @@
 #include "gui_lib/base/Align.h"
 #include "platform/qor/String.h"
 
-namespace gui::skin
-{
+namespace gui::skin {
 
 /// The parameters of a window header's skin: whether there is a close button, where, and with which text.
-class VORLEX_API WindowHeaderData : public Data
-{
+class VORLEX_API WindowHeaderData : public Data {
 public:
     explicit WindowHeaderData(Skin* owner);
 
@@ -37,4 +35,4 @@ protected:
     qor::basic_string<char> closeButtonText;
 };
 
-} // namespace gui::skin
+}  // namespace gui::skin

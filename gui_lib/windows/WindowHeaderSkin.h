@@ -4,15 +4,13 @@
 
 #include <memory>
 
-namespace gui::skin
-{
+namespace gui::skin {
 
 class ButtonSkin;
 class WindowHeaderData;
 
 /// The look of a window's header. The sub-skin "closeButton" is lent to the close button. Holds a WindowHeaderData.
-class VORLEX_API WindowHeaderSkin : public Skin
-{
+class VORLEX_API WindowHeaderSkin : public Skin {
 public:
     explicit WindowHeaderSkin(Widget* widget);
     ~WindowHeaderSkin() override;
@@ -32,4 +30,4 @@ protected:
     std::unique_ptr<ButtonSkin> closeButtonSkin;
 };
 
-} // namespace gui::skin
+}  // namespace gui::skin

@@ -2,14 +2,13 @@
 
 #include "gui_lib/widget/Container.h"
 
-namespace gui
-{
+namespace gui {
 
 class WindowBase;
 
-/// The client area of a window: the container of the host's widgets. Its look is the sub-skin "view" of the window's skin.
-class VORLEX_API WindowView : public Container
-{
+/// The client area of a window: the container of the host's widgets. Its look is the sub-skin "view" of the window's
+/// skin.
+class VORLEX_API WindowView : public Container {
 public:
     explicit WindowView(WindowBase& window);
     ~WindowView() override;
@@ -27,4 +26,4 @@ protected:
     WidgetHandler* window = nullptr;
 };
 
-} // namespace gui
+}  // namespace gui

@@ -88,6 +88,11 @@ vtxGLBackend::~vtxGLBackend() {
 
 // --- Passes ---
 
+unsigned vtxGLBackend::getTextureName(vtxDeviceHandle texture) {
+    vtxGLTextures::Texture const* const found = textures_.getTexture(texture);
+    return found ? found->name : 0;
+}
+
 void vtxGLBackend::openPass() {
     if (depth_++ > 0)
         return;

@@ -22,6 +22,7 @@ public:
 
     // vtxGLDevice:
     unsigned getErrorCount() const override { return debug_.getErrorCount(); }
+    unsigned getTextureName(vtxDeviceHandle texture) override;
     bool getIsES() const override { return context_.es; }
 
     // vtxDevice:

@@ -4,8 +4,10 @@
 
 namespace {
 
-void GLAPIENTRY onMessage(GLenum, GLenum type, GLuint, GLenum, GLsizei, GLchar const* text, void const* user) {
-    static_cast<vtxGLDebug*>(const_cast<void*>(user))->addMessage(type, text);
+void GLAPIENTRY onMessage(GLenum source, GLenum type, GLuint, GLenum, GLsizei, GLchar const* text, void const* user) {
+    // Whoever compiles reports what the compiler said, with the place in the file.
+    if (source != GL_DEBUG_SOURCE_SHADER_COMPILER)
+        static_cast<vtxGLDebug*>(const_cast<void*>(user))->addMessage(type, text);
 }
 
 void setSwitch(GLenum name, bool on) {

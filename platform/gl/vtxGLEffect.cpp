@@ -29,6 +29,7 @@ bool vtxGLEffect::create(vtxEffectFile const& file, char const* path, bool es, q
     viewportSize_ = program_.getUniform("viewportSize");
     opacity_ = program_.getUniform("opacity");
     scale_ = program_.getUniform("scale");
+    imageScale_ = program_.getUniform("imageScale");
     tone_ = program_.getUniform("vtxTone");
     mirror_ = program_.getUniform("vtxMirror");
     glUseProgram(program_.getName());
@@ -44,6 +45,7 @@ void vtxGLEffect::use(vtxGeometryDraw const& draw, float mirror) {
     glUniform2f(viewportSize_, float(state.viewport.width()), float(state.viewport.height()));
     glUniform1f(opacity_, draw.opacity);
     glUniform1f(scale_, draw.positionScale);
+    glUniform2f(imageScale_, draw.textureScaleU, draw.textureScaleV);
     glUniform2f(tone_, 1.0f / std::max(state.gamma, 0.001f), state.intensity);
     glUniform1f(mirror_, mirror);
 }

@@ -31,6 +31,7 @@ private:
     GLint viewportSize_ = -1;
     GLint opacity_ = -1;
     GLint scale_ = -1;
+    GLint imageScale_ = -1;
     GLint tone_ = -1;
     GLint mirror_ = -1;
 };

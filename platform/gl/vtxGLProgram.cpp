@@ -99,10 +99,13 @@ vtxGLProgram::Error vtxGLProgram::readLog(std::string_view log) {
     size_t at = 0;
     while (at < line.size() && !isDigit(line[at]))
         ++at;
-    int const string = takeNumber(line, at);
-    if (string == 1 && at < line.size() && (line[at] == ':' || line[at] == '(')) {
+    // First the number of the source string, then the line.
+    if (takeNumber(line, at) >= 0 && at < line.size() && (line[at] == ':' || line[at] == '(')) {
         ++at;
-        error.line = std::max(takeNumber(line, at), 0);
+        int const number = takeNumber(line, at);
+        if (number < 1 || number >= firstOwnLine)
+            return error;
+        error.line = number;
         // What is left is the cause, behind column and punctuation.
         if (at < line.size() && line[at] == '(')
             at = std::min(line.find(')', at), line.size());

@@ -10,7 +10,7 @@
 class vtxGLProgram {
 public:
     struct Error {
-        int line = 0;  ///< of source string 1, the effect file; 0 if the message names none there
+        int line = 0;  ///< of the effect file; 0 if the message names none there
         qor::string cause;
     };
 
@@ -23,7 +23,9 @@ public:
     /// Gives a sampler its texture unit; the program is in use.
     void setUnit(char const* sampler, int unit) const { glUniform1i(getUniform(sampler), unit); }
 
-    /// Finds the place in a driver's message: "1:12(5): error: ...", "1(12) : error ..." or "ERROR: 1:12: ...".
+    /// Lines from here on are not the effect file's.
+    static constexpr int firstOwnLine = 900000;
+    /// Finds the place in a driver's message: "0:12(5): error: ...", "0(12) : error ..." or "ERROR: 0:12: ...".
     static Error readLog(std::string_view log);
 
 private:

@@ -1,5 +1,7 @@
 #include "platform/gl/vtxGLShaderText.h"
 
+#include "platform/gl/vtxGLProgram.h"
+
 namespace vtxGLShaderText {
 
 namespace {
@@ -18,21 +20,24 @@ uniform mat4 modelView;
 uniform vec2 viewportSize;
 uniform float opacity;
 uniform float scale;
+uniform vec2 imageScale;
 uniform sampler2D image;
 )";
 
 constexpr char const* effectVertexPrelude = R"(
 layout(location = 0) in vec3 vtxPosition;
 layout(location = 1) in vec4 colour;
-layout(location = 2) in vec2 uv;
+layout(location = 2) in vec2 vtxUv;
 uniform float vtxMirror;
 vec3 position;
+vec2 uv;
 )";
 
 constexpr char const* effectVertexMain = R"(
 void main()
 {
     position = vec3(vtxPosition.xy * scale, vtxPosition.z);
+    uv = vtxUv * imageScale;
     gl_PointSize = 1.0;
     effectVertex();
     gl_Position.y *= vtxMirror;
@@ -60,12 +65,18 @@ void addParameters(qor::string& text, vtxEffectFile const& file) {
     }
 }
 
-/// The file's lines keep their numbers, as string 1; what follows is string 2.
+/// What is ours is numbered from far away, whatever stands around it; the file's lines keep their numbers. (The number
+/// of the source string would tell them apart too, but not all drivers repeat it.)
+void beginOwnLines(qor::string& text) {
+    qor::string line;
+    text += line.format("#line %d\n", vtxGLProgram::firstOwnLine);
+}
+
 void addSection(qor::string& text, vtxEffectFile::Section const& section) {
     qor::string line;
-    text += line.format("#line %d 1\n", section.line);
+    text += line.format("#line %d\n", section.line);
     text += section.text;
-    text += "#line 1 2\n";
+    beginOwnLines(text);
 }
 
 }  // namespace
@@ -177,6 +188,7 @@ void effectFragment()
 
 qor::string makeEffectVertex(vtxEffectFile const& file, bool es) {
     qor::string text = getHeader(es);
+    beginOwnLines(text);
     text += effectCommon;
     text += effectVertexPrelude;
     addParameters(text, file);
@@ -187,6 +199,7 @@ qor::string makeEffectVertex(vtxEffectFile const& file, bool es) {
 
 qor::string makeEffectFragment(vtxEffectFile const& file, bool es) {
     qor::string text = getHeader(es);
+    beginOwnLines(text);
     text += effectCommon;
     text += toneFunction;
     text += effectFragmentPrelude;

@@ -148,7 +148,7 @@ public:
     virtual void destroyGeometry(vtxDeviceHandle geometry) = 0;
     virtual void drawGeometry(vtxGeometryDraw const& draw) = 0;
 
-    // --- Effects ---
+    // --- Effects: they live as long as the device ---
     /// 0 on failure, with the cause in `error`. Files are read through vtxEffectFile, the same for every back end.
     virtual vtxDeviceHandle createEffect(char const* path, qor::basic_string<char>& error) = 0;
     virtual int getEffectParameter(vtxDeviceHandle effect, char const* name) = 0;

@@ -9,8 +9,9 @@
 namespace {
 
 /// What the back end's prelude declares; a parameter of such a name would not compile.
-constexpr std::string_view reservedNames[] = {"position", "uv",    "colour",       "projection", "modelView", "opacity",
-                                              "scale",    "image", "viewportSize", "result",     "main",      "float"};
+constexpr std::string_view reservedNames[] = {"position", "uv",    "colour",     "projection", "modelView",
+                                              "opacity",  "scale", "imageScale", "image",      "viewportSize",
+                                              "result",   "main",  "float"};
 
 bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }

@@ -29,11 +29,11 @@ struct StyleWord {
 };
 
 constexpr StyleWord styleWords[] = {
-    {"thin", 100, false},      {"extralight", 200, false}, {"ultralight", 200, false}, {"light", 300, false},
-    {"regular", 400, false},   {"normal", 400, false},     {"book", 400, false},       {"roman", 400, false},
-    {"medium", 500, false},    {"semibold", 600, false},   {"demibold", 600, false},   {"demi", 600, false},
-    {"bold", 700, false},      {"extrabold", 800, false},  {"ultrabold", 800, false},  {"black", 900, false},
-    {"heavy", 900, false},     {"italic", 0, true},        {"oblique", 0, true}};
+    {"thin", 100, false},    {"extralight", 200, false}, {"ultralight", 200, false}, {"light", 300, false},
+    {"regular", 400, false}, {"normal", 400, false},     {"book", 400, false},       {"roman", 400, false},
+    {"medium", 500, false},  {"semibold", 600, false},   {"demibold", 600, false},   {"demi", 600, false},
+    {"bold", 700, false},    {"extrabold", 800, false},  {"ultrabold", 800, false},  {"black", 900, false},
+    {"heavy", 900, false},   {"italic", 0, true},        {"oblique", 0, true}};
 
 /// Takes one style word, which may be written as two ("Semi Bold"), off the end of a name.
 bool takeStyleWord(std::string_view& name, vtxFontStyle& style) {

@@ -20,8 +20,8 @@ public:
     vtxFontCatalog(vtxFontCatalog const&) = delete;
     vtxFontCatalog& operator=(vtxFontCatalog const&) = delete;
 
-    /// The face of that name, or, with the cause in `error`, the one that stands in for it; null if there is none at all.
-    /// Faces live as long as the catalog.
+    /// The face of that name, or, with the cause in `error`, the one that stands in for it; null if there is none at
+    /// all. Faces live as long as the catalog.
     vtxFontFace* find(qor::string const& name, qor::string& error);
     /// Shipped faces in the order in which they are searched for missing characters.
     qor::vector<vtxFontFace*> const& getShipped();

@@ -31,8 +31,7 @@ bool isInvisible(char32_t code) {
 bool isMark(char32_t code) {
     if (code < 0x300)
         return false;
-    hb_unicode_general_category_t const category =
-        hb_unicode_general_category(hb_unicode_funcs_get_default(), code);
+    hb_unicode_general_category_t const category = hb_unicode_general_category(hb_unicode_funcs_get_default(), code);
     return category == HB_UNICODE_GENERAL_CATEGORY_NON_SPACING_MARK ||
            category == HB_UNICODE_GENERAL_CATEGORY_SPACING_MARK ||
            category == HB_UNICODE_GENERAL_CATEGORY_ENCLOSING_MARK;
@@ -40,12 +39,11 @@ bool isMark(char32_t code) {
 
 /// Letters of scripts that join, change places or stack: Hebrew to Mongolian and their supplements.
 bool isShaped(char32_t code) {
-    return code >= 0x590 &&
-           ((code <= 0x109F) || (code >= 0x1100 && code <= 0x11FF) || (code >= 0x1700 && code <= 0x18AF) ||
-            (code >= 0x1900 && code <= 0x1CFF) || (code >= 0xA800 && code <= 0xABFF) ||
-            (code >= 0xD7B0 && code <= 0xD7FF) || (code >= 0xFB1D && code <= 0xFDFF) ||
-            (code >= 0xFE70 && code <= 0xFEFE) || (code >= 0x10800 && code <= 0x11FFF) ||
-            (code >= 0x1E800 && code <= 0x1EEFF));
+    return code >= 0x590 && ((code <= 0x109F) || (code >= 0x1100 && code <= 0x11FF) ||
+                             (code >= 0x1700 && code <= 0x18AF) || (code >= 0x1900 && code <= 0x1CFF) ||
+                             (code >= 0xA800 && code <= 0xABFF) || (code >= 0xD7B0 && code <= 0xD7FF) ||
+                             (code >= 0xFB1D && code <= 0xFDFF) || (code >= 0xFE70 && code <= 0xFEFE) ||
+                             (code >= 0x10800 && code <= 0x11FFF) || (code >= 0x1E800 && code <= 0x1EEFF));
 }
 
 /// Where the piece that begins at `begin` ends; one character that stands alone is a piece of its own.

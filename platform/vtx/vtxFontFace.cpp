@@ -32,8 +32,8 @@ public:
         int const height = bitmap.height + 2 * reach_;
         qor::vector<float> rows(size_t(width) * size_t(bitmap.height));
         for (int y = 0; y < bitmap.height; ++y)
-            spread_(&bitmap.coverage[size_t(y) * size_t(bitmap.width)], bitmap.width, 1, &rows[size_t(y) * size_t(width)],
-                    1);
+            spread_(&bitmap.coverage[size_t(y) * size_t(bitmap.width)], bitmap.width, 1,
+                    &rows[size_t(y) * size_t(width)], 1);
         qor::vector<float> all(size_t(width) * size_t(height));
         for (int x = 0; x < width; ++x)
             spread_(&rows[size_t(x)], bitmap.height, width, &all[size_t(x)], width);

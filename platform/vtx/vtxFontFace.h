@@ -31,7 +31,8 @@ struct vtxShapedGlyph {
     vtxEm y = 0;
 };
 
-/// Coverage of one glyph, a byte a pixel; `left` and `top` lead from the pen on the baseline to the first pixel, y down.
+/// Coverage of one glyph, a byte a pixel; `left` and `top` lead from the pen on the baseline to the first pixel, y
+/// down.
 struct vtxGlyphBitmap {
     int left = 0;
     int top = 0;
@@ -76,8 +77,8 @@ public:
     /// Shapes a piece of one script, ligatures and marks included; returns its advance.
     vtxEm shape(std::wstring_view text, qor::vector<vtxShapedGlyph>& glyphs) const;
 
-    /// `size` and `blur` (the radius of the softening, 0 none) in pixels; `phase` quarters of a pixel to the right. False
-    /// for a glyph that shows nothing.
+    /// `size` and `blur` (the radius of the softening, 0 none) in pixels; `phase` quarters of a pixel to the right.
+    /// False for a glyph that shows nothing.
     bool rasterise(unsigned glyph, double size, int phase, double blur, vtxGlyphBitmap& bitmap) const;
 
 private:

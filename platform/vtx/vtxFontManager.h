@@ -7,18 +7,22 @@
 #include <memory>
 
 /// Opens fonts by file name or family name, with fallback to the shipped fonts.
-class VORLEX_API vtxFontManager
-{
+class VORLEX_API vtxFontManager {
 public:
     virtual ~vtxFontManager();
 
-    /// Null only for an empty name, a size below 1, or when not even a shipped font can be read. An unknown name gives a
-    /// shipped font and one log line. `size` is in GUI units.
+    /// Null only for an empty name, a size below 1, or when not even a shipped font can be read. An unknown name gives
+    /// a shipped font and one log line. `size` is in GUI units.
     virtual std::shared_ptr<vtxFont> getFont(qor::basic_string<char> const& name, int size, vtxFont::Blur blur) = 0;
 
     /// Runs first in the toolkit's doRedraw pass: pages without users go, caches are trimmed.
     virtual void doRedraw() = 0;
 
-    /// Counts up whenever measured widths or built glyphs may differ (a change of scale): whoever keeps built text compares it.
+    /// Counts up whenever measured widths or built glyphs may differ (a change of scale): whoever keeps built text
+    /// compares it.
     virtual unsigned getScaleEpoch() const = 0;
+
+    /// Whether fonts that are installed on the system may be used beside the shipped ones (they are, to begin with).
+    /// Without them text looks the same on every machine. Fonts already handed out stay as they are.
+    virtual void setSystemFontsUsed(bool used) = 0;
 };

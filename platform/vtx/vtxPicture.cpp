@@ -74,8 +74,10 @@ public:
     }
 
     bool decode(qor::vector<unsigned char>& pixels, qor::string& error) override {
-        int const code =
-            spng_decode_image(context_.get(), pixels.data(), pixels.size(), SPNG_FMT_RGBA8, SPNG_DECODE_TRNS);
+        int code = spng_decode_image(context_.get(), pixels.data(), pixels.size(), SPNG_FMT_RGBA8, SPNG_DECODE_TRNS);
+        // The checksum of the last pixels stands behind them, and the end of the file behind that.
+        if (!code)
+            code = spng_decode_chunks(context_.get());
         if (code) {
             error = spng_strerror(code);
             return false;

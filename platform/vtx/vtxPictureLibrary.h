@@ -48,7 +48,6 @@ public:
 private:
     using RectKey = std::tuple<int, int, int, int>;
     struct File;
-    struct Page;
     struct Entry {
         Entry(vtxTextureImage& image, File& owner, RectKey const& rectKey)
             : record(image), file(&owner), key(rectKey) {}
@@ -67,8 +66,9 @@ private:
     struct File {
         qor::string name;
         bool failed = false;
-        bool doubled = false;  ///< the image is the one of double size
-        osg::Vec2i size;       ///< units
+        bool doubled = false;        ///< the image is the one of double size
+        bool doubledFailed = false;  ///< that one was reported as broken
+        osg::Vec2i size;             ///< units
         Page* page = nullptr;
         std::unique_ptr<vtxTextureImage> image;  ///< null while nobody uses the file
         qor::map<RectKey, std::unique_ptr<Entry>> entries;

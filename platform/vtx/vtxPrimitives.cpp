@@ -96,6 +96,7 @@ void vtxPrimitives::drawTriangles_() {
     if (!geometry_)
         geometry_ = device.createGeometry();
     device.updateGeometry(geometry_, vertices_, &indices_);
+    core_.countGeometryUpload();
     draw.geometry = geometry_;
     draw.count = static_cast<int>(indices_.size() / 3);
     core_.drawGeometry(draw);

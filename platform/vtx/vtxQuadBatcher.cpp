@@ -137,7 +137,7 @@ bool vtxQuadBatcher::bindPage_(vtxTextureImage const& image, int sampler) {
     binding_.offsetV = image.origin.y() / side;
     binding_.texelsU = binding_.texelsV = side;
     binding_.exact = glyphs;
-    return true;
+    return store_.getArray(pages) != 0;
 }
 
 // --- Quads ---

@@ -4,32 +4,10 @@
 #include "platform/qor/Containers.h"
 #include "platform/vtx/vtxDevice.h"
 #include "platform/vtx/vtxMisuse.h"
+#include "platform/vtx/vtxQuadView.h"
 #include "platform/vtx/vtxTextureStore.h"
 
 #include <osg/Vec4f>
-
-/// Internal: where quads go. Filled by the renderer core.
-struct vtxQuadView {
-    /// Projection, viewport, technique, gamma and intensity; no scissor.
-    vtxDrawState state;
-    /// The projection only scales and shifts: target pixel = position * scale + offset, both scales above 0.
-    bool aligned = false;
-    double scaleX = 1.0, scaleY = 1.0, offsetX = 0.0, offsetY = 0.0;
-    /// Clip within the viewport, in pixels of the target.
-    osg::RectImpl<osg::Vec2i> visible;
-    /// The clip cuts something off the viewport.
-    bool clipped = false;
-};
-
-/// Internal: from GUI units to the space that the projection maps.
-struct vtxQuadTransform {
-    double scale = 1.0;
-    double shiftX = 0.0, shiftY = 0.0;
-    double xx = 1.0, xy = 0.0, yx = 0.0, yy = 1.0;  ///< model-view: where the x and the y axis go
-    double x = 0.0, y = 0.0;
-    bool upright = true;      ///< axes stay parallel to themselves
-    bool translation = true;  ///< nothing but a translation: edges land on whole pixels
-};
 
 /// Internal: turns quads into instances, clipped and culled on the processor, and sends them to the device in runs that
 /// are as long as can be. A run ends when a quad does not fit its state, its lone textures or its scissor, when a

@@ -10,6 +10,7 @@
 #include <osg/Vec2i>
 #include <osg/Vec4f>
 
+#include <cstdint>
 #include <memory>
 
 class vtxDevice;
@@ -94,6 +95,8 @@ public:
     /// For the frame's figures: read them at its end and reset them at its start.
     virtual Counters getCounters() = 0;
     virtual void resetCounters() = 0;
+    /// The back end's handle of a frame buffer's picture, for hosts that show it themselves; 0 before it was rendered.
+    virtual std::uint32_t getDeviceTexture(vtxFrameBuffer& target) = 0;
     /// RGBA rows from the top of a frame buffer, or of what the host has bound if null; `rect` in pixels, `pixels` room
     /// for it. Draws what is queued first.
     virtual void readPixels(vtxFrameBuffer* target, osg::RectImpl<osg::Vec2i> const& rect, unsigned char* pixels) = 0;

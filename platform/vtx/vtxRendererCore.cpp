@@ -10,6 +10,7 @@
 #include "platform/vtx/vtxPrimitives.h"
 #include "platform/vtx/vtxShaderBkgQuads.h"
 #include "platform/vtx/vtxShaderQuads.h"
+#include "platform/vtx/vtxTargetScope.h"
 #include "platform/vtx/vtxTextureManager.h"
 
 #include <algorithm>
@@ -29,17 +30,10 @@ int roundEdge(int value, float scale) {
     return qor::truncateToInt(std::floor(static_cast<double>(value) * scale + 0.5 + 1.0 / 128.0));
 }
 
-/// Pixels that hold a length in GUI units; a hair above a whole number is that number.
-int roundUp(int value, float scale) {
-    return std::max(qor::truncateToInt(std::ceil(static_cast<double>(value) * scale - 1e-3)), 1);
-}
-
 bool isFinite(osg::Matrixf const& matrix) {
     float const* numbers = matrix.ptr();
     return std::all_of(numbers, numbers + 16, [](float number) { return std::isfinite(number); });
 }
-
-bool isNear(double value, double wanted) { return std::abs(value - wanted) < 1e-6; }
 
 }  // namespace
 
@@ -53,8 +47,7 @@ vtxRendererCore::vtxRendererCore(std::unique_ptr<vtxDevice> device)
       batcher_(*device_, store_, misuse_),
       shader_(*this),
       primitives_(std::make_unique<vtxPrimitives>(*this)),
-      generation_(++generationCount),
-      traceWanted_(device_->getTraceWanted()) {
+      generation_(++generationCount) {
     passes_.push_back(Pass{});
     textureManager_ = vtxCreateTextureManager(*this);
     fontManager_ = vtxCreateFontManager(*this);
@@ -65,19 +58,35 @@ vtxRendererCore::~vtxRendererCore() {
     textureManager_.reset();
     flushReleasedTargets();
     enterDevice_();
-    for (auto& [path, effect] : effects_)
-        effect->releaseDevice();
-    effects_.clear();
-    primitives_->releaseDevice(*device_);
-    for (vtxGeometryRecord* geometry : geometries_) {
-        if (geometry->handle)
-            device_->destroyGeometry(geometry->handle);
+    for (auto const& [path, effect] : effects_) {
+        if (effect)
+            effect->releaseDevice();
     }
-    for (vtxFrameBufferRecord* target : frameBuffers_)
-        targets_.give(target->getStorage().key, target->getStorage().target);
+    primitives_->releaseDevice(*device_);
+    releaseOutliving_();
     targets_.clear();
     store_.releaseDevice();
     leaveDevice_();
+}
+
+void vtxRendererCore::releaseOutliving_() {
+    // In the order of their making, so that two runs end alike.
+    qor::vector<vtxDeviceHandle> handles;
+    for (vtxGeometryRecord* geometry : geometries_)
+        handles.push_back(geometry->handle);
+    std::sort(handles.begin(), handles.end());
+    for (vtxDeviceHandle const handle : handles) {
+        if (handle)
+            device_->destroyGeometry(handle);
+    }
+    handles.clear();
+    for (vtxFrameBufferRecord* target : frameBuffers_)
+        handles.push_back(target->getStorage().target);
+    std::sort(handles.begin(), handles.end());
+    for (vtxDeviceHandle const handle : handles) {
+        if (handle)
+            device_->destroyTarget(handle);
+    }
 }
 
 void vtxRendererCore::setScale(float scale) {
@@ -91,7 +100,7 @@ void vtxRendererCore::setScale(float scale) {
 }
 
 void vtxRendererCore::trace(char const* operation, char const* format, ...) {
-    if (!traceWanted_)
+    if (!device_->getTraceWanted())
         return;
     char text[256];
     va_list arguments;
@@ -214,96 +223,14 @@ bool vtxRendererCore::requirePass(char const* operation) {
 
 // --- Targets ---
 
-/// The time between binding a target and putting everything back.
-class vtxRendererCore::TargetScope {
-public:
-    TargetScope(vtxRendererCore& core, vtxFrameBufferRecord& target)
-        : core_(core),
-          settings_(core.settings_),
-          base_(core.base_),
-          passStart_(core.passStart_),
-          target_(core.target_),
-          storage_(target.getStorage()) {
-        core_.batcher_.flush();
-        core_.enterDevice_();
-        prepareStorage_(target.getSize());
-        core_.device_->bindTarget(storage_.target);
-        core_.device_->clearTarget();
-        storage_.image.bound = true;
-        core_.target_ = &target;
-        ++core_.targetCount_;
-        vtxDrawSettings& settings = core_.settings_;
-        settings = vtxDrawSettings();
-        settings.projection = settings_.projection;
-        settings.modelView = settings_.modelView;
-        core_.base_ = core_.getHeights_();
-        core_.passes_.push_back(Pass{});
-        core_.viewDirty_ = true;
-    }
-
-    ~TargetScope() {
-        core_.batcher_.flush();
-        StackHeights heights = core_.base_;
-        ++heights.passes;
-        if (!(core_.getHeights_() == heights) || core_.isPassOpen_())
-            core_.report(vtxMisuse::UnbalancedTarget, "renderToTarget");
-        for (; core_.passes_.size() > core_.base_.passes; core_.passes_.pop_back()) {
-            if (core_.passes_.back().open)
-                core_.closePass_(core_.passes_.back());
-        }
-        core_.clips_.resize(core_.base_.clips);
-        core_.viewports_.resize(core_.base_.viewports);
-        core_.projections_.resize(core_.base_.projections);
-        core_.modelViews_.resize(core_.base_.modelViews);
-        core_.device_->finishTarget(storage_.target);
-        core_.device_->bindTarget(target_ ? target_->getStorage().target : 0);
-        storage_.image.bound = false;
-        core_.target_ = target_;
-        core_.settings_ = settings_;
-        core_.base_ = base_;
-        core_.passStart_ = passStart_;
-        core_.viewDirty_ = true;
-        core_.leaveDevice_();
-    }
-
-    TargetScope(TargetScope const&) = delete;
-    TargetScope& operator=(TargetScope const&) = delete;
-
-private:
-    /// Size times scale in pixels, rounded up; made anew when the scale has changed.
-    void prepareStorage_(osg::Vec2i const& size) {
-        float const scale = core_.getScale();
-        int const most = core_.device_->getMaxTextureSize();
-        vtxTargetKey key = storage_.key;
-        key.size = osg::Vec2i(std::min(roundUp(size.x(), scale), most), std::min(roundUp(size.y(), scale), most));
-        if (!storage_.target || !(key == storage_.key)) {
-            core_.targets_.give(storage_.key, storage_.target);
-            storage_.key = key;
-            storage_.target = core_.targets_.take(key);
-        }
-        vtxTextureImage& image = storage_.image;
-        image.alone = core_.device_->getTargetTexture(storage_.target);
-        image.size = key.size;
-        image.usedU = static_cast<float>(std::min(size.x() * static_cast<double>(scale) / key.size.x(), 1.0));
-        image.usedV = static_cast<float>(std::min(size.y() * static_cast<double>(scale) / key.size.y(), 1.0));
-    }
-
-    vtxRendererCore& core_;
-    vtxDrawSettings settings_;
-    StackHeights base_;
-    StackHeights passStart_;
-    vtxFrameBufferRecord* target_;
-    vtxTargetStorage& storage_;
-};
-
 void vtxRendererCore::renderToTarget(vtxFrameBufferRecord& target, std::function<void()> const& function) {
     trace("renderToTarget", "%d %d", target.getSize().x(), target.getSize().y());
     if (target.getStorage().image.bound) {
         report(vtxMisuse::TargetIntoItself, "renderToTarget");
         return;
     }
-    TargetScope const scope(*this, target);
-    if (function)
+    vtxTargetScope const scope(*this, target);
+    if (scope.isReady() && function)
         function();
 }
 
@@ -330,6 +257,11 @@ vtxFrameBuffer* vtxRendererCore::createFrameBuffer(osg::Vec2i const& size, int m
     std::lock_guard const lock(creationMutex_);
     frameBuffers_.insert(target);
     return target;
+}
+
+std::uint32_t vtxRendererCore::getDeviceTexture(vtxFrameBuffer& target) {
+    vtxDeviceHandle const handle = static_cast<vtxFrameBufferRecord&>(target).getStorage().target;
+    return handle ? device_->getTargetTexture(handle) : 0;
 }
 
 void vtxRendererCore::readPixels(vtxFrameBuffer* target, Rect const& rect, unsigned char* pixels) {
@@ -476,51 +408,17 @@ void vtxRendererCore::updateView_() {
     if (!viewDirty_)
         return;
     viewDirty_ = false;
-    Rect const viewport = getViewport_();
-    osg::Matrixf const projection = getDeviceProjection(settings_.projection);
-    view_.state.projection = projection;
-    view_.state.viewport = viewport;
     view_.state.technique = passes_.back().technique;
     view_.state.gamma = settings_.gamma;
     view_.state.intensity = settings_.intensity;
-    view_.visible = viewport;
-    view_.clipped = false;
-    if (clips_.size() > base_.clips) {
-        view_.visible = viewport.intersected(clips_.back());
-        view_.clipped = !(view_.visible == viewport);
-    }
-    double const halfWidth = 0.5 * viewport.width();
-    double const halfHeight = 0.5 * viewport.height();
-    view_.scaleX = projection(0, 0) * halfWidth;
-    view_.scaleY = -projection(1, 1) * halfHeight;
-    view_.offsetX = viewport.x1 + (projection(3, 0) + 1.0) * halfWidth;
-    view_.offsetY = viewport.y1 + (1.0 - projection(3, 1)) * halfHeight;
-    view_.aligned = view_.scaleX > 0.0 && view_.scaleY > 0.0 && isNear(projection(0, 1), 0.0) &&
-                    isNear(projection(1, 0), 0.0) && isNear(projection(0, 3), 0.0) && isNear(projection(1, 3), 0.0) &&
-                    isNear(projection(3, 3), 1.0);
+    view_.setProjection(getDeviceProjection(settings_.projection), getViewport_());
+    view_.setClip(clips_.size() > base_.clips ? &clips_.back() : nullptr);
     batcher_.setView(view_);
-}
-
-vtxQuadTransform vtxRendererCore::makeTransform_() {
-    osg::Matrixf const& matrix = settings_.modelView;
-    vtxQuadTransform transform;
-    transform.scale = getScale();
-    transform.shiftX = settings_.shiftX;
-    transform.shiftY = settings_.shiftY;
-    transform.xx = matrix(0, 0);
-    transform.xy = matrix(0, 1);
-    transform.yx = matrix(1, 0);
-    transform.yy = matrix(1, 1);
-    transform.x = matrix(3, 0);
-    transform.y = matrix(3, 1);
-    transform.upright = isNear(transform.xy, 0.0) && isNear(transform.yx, 0.0);
-    transform.translation = transform.upright && isNear(transform.xx, 1.0) && isNear(transform.yy, 1.0);
-    return transform;
 }
 
 vtxQuadBatcher& vtxRendererCore::prepareQuads(osg::Vec4f const& color) {
     updateView_();
-    batcher_.setTransform(makeTransform_());
+    batcher_.setTransform(vtxQuadTransform::make(settings_, getScale()));
     setQuadColor(color);
     return batcher_;
 }

@@ -19,6 +19,7 @@ class vtxEffectRecord;
 class vtxFrameBufferRecord;
 class vtxGeometryRecord;
 class vtxPrimitives;
+class vtxTargetScope;
 
 /// Internal: the renderer behind vtxRenderer. It keeps the stacks and settings of the contract, checks its use, and
 /// turns drawing into device operations. Threads: settings, stacks and drawing belong to the thread that draws. The
@@ -60,6 +61,7 @@ public:
     vtxGeometryRecord* checkGeometry(vtxGeometry* geometry, vtxGeometry::PrimitiveType type, int count, int first);
     /// The device object of a checked geometry, brought up to date.
     vtxDeviceHandle flushGeometry(vtxGeometryRecord& geometry);
+    void countGeometryUpload() { ++geometryUploads_; }
     /// The texture of the picture alone for `draw`; false if the texture is no longer alive.
     bool bindTexture(vtxTexture const* texture, vtxGeometryDraw& draw);
     /// With the model-view, scale and opacity in force.
@@ -112,9 +114,12 @@ public:
     vtxDevice& getDevice() override { return *device_; }
     Counters getCounters() override;
     void resetCounters() override;
+    std::uint32_t getDeviceTexture(vtxFrameBuffer& target) override;
     void readPixels(vtxFrameBuffer* target, osg::RectImpl<osg::Vec2i> const& rect, unsigned char* pixels) override;
 
 private:
+    friend class vtxTargetScope;
+
     /// A pass: the base one, or one that was pushed. Closed ones have ended or not begun.
     struct Pass {
         TechniqueType technique = TechniqueNone;
@@ -129,7 +134,6 @@ private:
         std::size_t passes = 0;
         bool operator==(StackHeights const&) const = default;
     };
-    class TargetScope;
 
     StackHeights getHeights_() const;
     void openPass_(Pass& pass, TechniqueType technique);
@@ -138,11 +142,11 @@ private:
     void enterDevice_();
     void leaveDevice_();
     void flushUploads_();
+    void releaseOutliving_();
     osg::RectImpl<osg::Vec2i> getTargetRect_() const;
     osg::RectImpl<osg::Vec2i> getViewport_() const;
     osg::RectImpl<osg::Vec2i> getClip_() const;
     void updateView_();
-    vtxQuadTransform makeTransform_();
     bool canPop_(std::size_t height, std::size_t base, char const* operation);
 
     std::unique_ptr<vtxDevice> device_;
@@ -158,7 +162,6 @@ private:
     std::atomic<float> scale_{1.0f};
     std::atomic<unsigned> scaleEpoch_{0};
     unsigned generation_;
-    bool traceWanted_;
     unsigned targetCount_ = 0;
     unsigned directDraws_ = 0;
     unsigned geometryUploads_ = 0;

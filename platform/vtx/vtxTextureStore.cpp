@@ -87,8 +87,10 @@ int vtxTextureStore::flushUploads(Pages pages) {
     std::lock_guard const lock(mutex_);
     PageArray& array = get_(pages);
     growArray_(array, pages);
-    for (Upload const& upload : array.uploads)
-        device_.uploadTexture(array.handle, upload.layer, upload.rect, array.bytes.data() + upload.offset);
+    for (Upload const& upload : array.uploads) {
+        if (array.handle)
+            device_.uploadTexture(array.handle, upload.layer, upload.rect, array.bytes.data() + upload.offset);
+    }
     int const count = static_cast<int>(array.uploads.size());
     array.uploads.clear();
     array.bytes.clear();

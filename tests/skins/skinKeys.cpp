@@ -1,5 +1,6 @@
+#include <algorithm>
+#include <cstdio>
 #include <functional>
-#include <memory>
 #include <set>
 
 #include "gui_lib/Skin/Skin.h"
@@ -20,6 +21,7 @@
 #include "platform/qor/Lua.h"
 #include "tests/skins/SkinDocument.h"
 #include "tests/skins/SkinTree.h"
+#include "tests/support/TestHost.h"
 
 #include <gtest/gtest.h>
 #include <lua.hpp>
@@ -139,6 +141,85 @@ void compareSkin(std::string const& heading, std::string const& documented, Look
     }
     auto const found = lookedUp.find(heading);
     EXPECT_EQ(keys, found == lookedUp.end() ? std::set<std::string>() : found->second);
+}
+
+/// What the skin of a widget has after it found nothing in its file.
+Value readDefaults(gui::skin::Skin const& skin) {
+    Value value;
+    qor::string error;
+    bool const done = qor::luaProtected(
+        gui::GUI::get()->getLuaState(),
+        [&](lua_State* L) {
+            lua_newtable(L);
+            skin.putIntoScript(L);
+            value = readValue(L, lua_gettop(L));
+        },
+        &error);
+    EXPECT_TRUE(done) << error;
+    return value;
+}
+
+LookedUp readLookedUp() {
+    LookedUp lookedUp;
+    Value paths;
+    qor::luaProtected(gui::GUI::get()->getLuaState(), [&paths](lua_State* L) {
+        lua_getglobal(L, "LookedUp");
+        paths = readValue(L, lua_gettop(L));
+    });
+    for (auto const& [path, noted] : paths.fields) {
+        addPath(path, lookedUp);
+    }
+    return lookedUp;
+}
+
+/// One widget for each skin name that a class loads by itself.
+std::map<std::string, std::function<gui::Widget*()>> getMakers() {
+    return {
+        {"windowSkin", [] { return new gui::Window; }},
+        {"modalWindowSkin", [] { return new gui::ModalWindow(false); }},
+        {"tooltipSkin", [] { return new gui::Tooltip(gui::WindowsManager::get(0)); }},
+        {"buttonSkin", [] { return new gui::Button; }},
+        {"toggleButtonSkin", [] { return new gui::ToggleButton; }},
+        {"switchButtonSkin", [] { return new gui::SwitchButton; }},
+        {"checkBoxSkin", [] { return new gui::CheckBox; }},
+        {"radioButtonSkin", [] { return new gui::RadioButton; }},
+        {"staticSkin", [] { return new gui::Static; }},
+        {"animatedColorStaticSkin", [] { return new gui::AnimatedColorStatic; }},
+        {"tabGroupItemSkin", [] { return new gui::TabGroupItem; }},
+        {"panelSkin", [] { return new gui::Panel; }},
+        {"debugSkin",
+         [] {
+             auto* const panel = new gui::Panel;
+             panel->getWidgetSkin()->load("debugSkin");
+             return panel;
+         }},
+    };
+}
+
+TEST(SkinDocument, TellsTheKeysAndDefaultsThatEachClassReads) {
+    support::TestHost const host(noticingSkins);
+    SkinDocument const document;
+    std::map<std::string, Value> defaults;
+    for (auto const& [name, make] : getMakers()) {
+        gui::Widget* const widget = make();
+        defaults[name] = readDefaults(*widget->getWidgetSkin());
+        gui::Widget::destroy(widget);
+    }
+    LookedUp const lookedUp = readLookedUp();
+    for (auto const& [name, value] : defaults) {
+        EXPECT_GT(lookedUp.count(name), 0u) << "no class loads " << name;
+        compareSkin(name, name, lookedUp, value, document);
+    }
+    for (auto const& [name, keys] : lookedUp) {
+        EXPECT_TRUE(document.hasHeading(name) || name.find('.') != std::string::npos) << name << " is not described";
+    }
+    for (char const* const drawable : {"bkg", "picture", "text"}) {
+        std::set<std::string> described;
+        for (auto const& [key, about] : document.getKeys(drawable)) {
+            described.insert(key);
+        }
+        EXPECT_EQ(described, lookedUp.at(drawable)) << drawable;
+    }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "host/headless/PngWriter.h"
+#include "host/PngWriter.h"
 
 #include <cerrno>
 #include <cstdio>

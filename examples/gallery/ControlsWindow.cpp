@@ -1,0 +1,112 @@
+#include "ControlsWindow.h"
+
+#include <string>
+
+#include "Place.h"
+#include "gui_lib/Skin/Data.h"
+#include "gui_lib/Skin/Skin.h"
+#include "gui_lib/controls/buttons/Button.h"
+#include "gui_lib/controls/buttons/CheckBox.h"
+#include "gui_lib/controls/buttons/RadioButton.h"
+#include "gui_lib/controls/buttons/SwitchButton.h"
+#include "gui_lib/controls/buttons/ToggleButton.h"
+#include "gui_lib/controls/labels/Static.h"
+#include "gui_lib/controls/small/Panel.h"
+#include "gui_lib/controls/small/TabGroupItem.h"
+#include "gui_lib/windows/Window.h"
+
+namespace {
+
+constexpr int margin = 16;
+constexpr int contentWidth = 328;
+
+gui::Static* addHeading(gui::Window* window, int y, std::wstring_view text) {
+    return place(window, new gui::Static, {margin, y, contentWidth, 24}, text);
+}
+
+void addButtons(gui::Window* window, gui::Static* status) {
+    auto* const button = place(window, new gui::Button, {margin, 44, 104, 32}, L"Press me");
+    button->setTooltipText(L"A click counts when the mouse is released inside.");
+    button->setTabOrder(1);
+    on(button, gui::Widget::changeCallbackName, [status, count = 0]() mutable {
+        ++count;
+        status->setText(L"Pressed " + std::to_wstring(count) + (count == 1 ? L" time." : L" times."));
+    });
+    auto* const toggle = place(window, new gui::ToggleButton, {128, 44, 104, 32}, L"Toggle");
+    toggle->setTooltipText(L"Stays down until it is clicked again.");
+    toggle->setTabOrder(2);
+    on(toggle, gui::Widget::changeCallbackName,
+       [status, toggle] { status->setText(toggle->getState() > 0 ? L"Toggle is on." : L"Toggle is off."); });
+    auto* const disabled = place(window, new gui::Button, {240, 44, 104, 32}, L"Disabled");
+    disabled->setEnabled(false);
+}
+
+void addChecks(gui::Window* window, gui::Static* status) {
+    auto* const check = place(window, new gui::CheckBox(1), {margin, 120, 156, 24}, L"Shadows");
+    check->setTooltipText(L"A check box is on, off or undefined.");
+    check->setTabOrder(3);
+    on(check, gui::Widget::changeCallbackName,
+       [status, check] { status->setText(check->getState() > 0 ? L"Shadows are on." : L"Shadows are off."); });
+    auto* const mixed = place(window, new gui::CheckBox(-1), {margin, 148, 156, 24}, L"Some layers");
+    mixed->setTabOrder(4);
+    auto* const disabled = place(window, new gui::CheckBox(1), {margin, 176, 156, 24}, L"Locked");
+    disabled->setEnabled(false);
+
+    auto* const group = place(window, new gui::Panel, {188, 112, 156, 96});
+    wchar_t const* const names[] = {L"Low", L"Medium", L"High"};
+    for (int i = 0; i < 3; ++i) {
+        auto* const radio = place(group, new gui::RadioButton, {8, 8 + i * 28, 140, 24}, names[i]);
+        radio->setTabOrder(5 + i);
+        radio->setState(i == 1);
+        on(radio, gui::Widget::changeCallbackName,
+           [status, radio] { status->setText(L"Quality: " + std::wstring(radio->getText()) + L"."); });
+    }
+}
+
+void addSwitches(gui::Window* window, gui::Static* status) {
+    auto* const group = place(window, new gui::Panel, {margin, 244, contentWidth, 48});
+    wchar_t const* const names[] = {L"Move", L"Turn", L"Scale"};
+    for (int i = 0; i < 3; ++i) {
+        auto* const button = place(group, new gui::SwitchButton, {8 + i * 106, 8, 100, 32}, names[i]);
+        button->setTabOrder(8 + i);
+        button->setState(i == 0);
+        on(button, gui::Widget::changeCallbackName,
+           [status, button] { status->setText(L"Tool: " + std::wstring(button->getText()) + L"."); });
+    }
+}
+
+void addTabs(gui::Window* window) {
+    auto* const tabs = place(window, new gui::Panel, {margin, 328, contentWidth, 124});
+    wchar_t const* const names[] = {L"Scene", L"Camera", L"About"};
+    wchar_t const* const texts[] = {L"Six columns, a cube and a screen\nthat shows a surface of its own.",
+                                    L"The camera stands still;\nthe screen turns.",
+                                    L"Windows, widgets and skins\nover a live scene."};
+    for (int i = 0; i < 3; ++i) {
+        auto* const page = place(tabs, new gui::Static, {12, 48, contentWidth - 24, 64}, texts[i]);
+        page->getWidgetSkin()->getSkinData()->setTextWrapping(true);
+        page->setVisible(i == 0);
+        auto* const item = place(tabs, new gui::TabGroupItem(i == 0), {8 + i * 106, 4, 100, 32}, names[i]);
+        on(item, gui::TabGroupItem::showCallbackName, [page] { page->setVisible(true); });
+        on(item, gui::TabGroupItem::hideCallbackName, [page] { page->setVisible(false); });
+    }
+}
+
+}  // namespace
+
+gui::Window* makeControlsWindow() {
+    auto* const window = new gui::Window;
+    window->setName(L"controls");
+    window->setText(L"Controls");
+
+    gui::Static* const status = addHeading(window, 12, L"Nothing pressed.");
+    status->setName(L"status");
+    addButtons(window, status);
+    addHeading(window, 88, L"Check boxes and a radio group");
+    addChecks(window, status);
+    addHeading(window, 216, L"A group of switches");
+    addSwitches(window, status);
+    addHeading(window, 300, L"Tabs");
+    addTabs(window);
+    fitWindow(window, {2 * margin + contentWidth, 468});
+    return window;
+}

@@ -1,0 +1,105 @@
+#include "Gallery.h"
+
+#include <cmath>
+
+#include "ControlsWindow.h"
+#include "Scene.h"
+#include "StatesWindow.h"
+#include "gui_lib/controls/small/TextureView.h"
+#include "gui_lib/frame/GUI.h"
+#include "gui_lib/windows/Window.h"
+#include "platform/gl/vtxGLDevice.h"
+#include "platform/vtx/vtxRenderer.h"
+
+namespace {
+
+/// How far the screen turns to either side, radians, and how long a swing there and back takes, seconds.
+constexpr double swingWidth = 0.6;
+constexpr double swingTime = 12.0;
+constexpr double tau = 6.283185307179586;
+
+}  // namespace
+
+Gallery::Gallery(host::HostApplication& application, Options const& options)
+    : application_(application), turning_(!options.still), lastTime_(application.getTime()) {
+    if (dynamic_cast<vtxGLDevice*>(&vtxRenderer::get()->getDevice()))
+        scene_ = std::make_unique<Scene>();
+    screen_ = std::make_unique<ScreenSurface>();
+    controls_ = makeControlsWindow();
+    states_ = makeStatesWindow();
+    labels_ = makeLabelsWindow();
+    arrange_();
+    debugView_ = std::make_unique<DebugView>();
+
+    keyCallback_ = std::make_shared<std::function<bool(gui::KeyboardButton, int, bool)>>(
+        [this](gui::KeyboardButton key, int, bool down) { return onKey_(key, down); });
+    gui::GUI::get()->addKeyboardCallback(keyCallback_);
+    turnCallback_ = std::make_shared<std::function<void()>>([this] { turn_(); });
+    application_.addUpdateCallback(turnCallback_);
+    application_.setDrawSurfaces([this] {
+        screen_->setViewSize({application_.getWidth(), application_.getHeight()});
+        screen_->draw();
+        // The first picture makes the target, which the label window shows as well.
+        labels_.picture->setTexture(screen_->getTexture());
+    });
+    application_.setDrawScene([this] { draw_(); });
+    screen_->setViewSize({application_.getWidth(), application_.getHeight()});
+    setAngle(0.0);
+}
+
+Gallery::~Gallery() {
+    application_.setDrawSurfaces({});
+    application_.setDrawScene({});
+    application_.removeUpdateCallback(turnCallback_);
+    if (gui::GUI* const gui = gui::GUI::get())
+        gui->removeKeyboardCallback(keyCallback_);
+}
+
+void Gallery::arrange_() {
+    constexpr int margin = 24;
+    controls_->setPosition({margin, margin});
+    states_->setPosition({margin + controls_->getSize().x() + 16, margin});
+    int const right = gui::GUI::get()->getScreenSize().x() - labels_.window->getSize().x() - margin;
+    labels_.window->setPosition({right > margin ? right : margin, margin});
+    for (gui::Window* window : {states_, labels_.window, controls_})
+        window->setVisible(true);
+}
+
+bool Gallery::onKey_(gui::KeyboardButton key, bool down) {
+    constexpr auto keyF12 = static_cast<gui::KeyboardButton>(293);
+    if (!down)
+        return false;
+    if (key == keyF12) {
+        debugView_->toggle();
+        return true;
+    }
+    if (key == gui::KeyEscape) {
+        application_.onQuit();
+        return true;
+    }
+    // A focused control uses the space key itself, so it is not kept from the windows.
+    if (key == gui::KeySpace)
+        turning_ = !turning_;
+    return false;
+}
+
+void Gallery::turn_() {
+    double const now = application_.getTime();
+    double const passed = now - lastTime_;
+    lastTime_ = now;
+    if (!turning_)
+        return;
+    swing_ += passed;
+    setAngle(std::sin(swing_ / swingTime * tau) * swingWidth);
+}
+
+void Gallery::setAngle(double radians) {
+    screen_->setAngle(radians);
+    if (scene_)
+        scene_->setAngle(radians);
+}
+
+void Gallery::draw_() {
+    if (scene_)
+        scene_->draw({application_.getWidth(), application_.getHeight()}, screen_->getTextureName());
+}

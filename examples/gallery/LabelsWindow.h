@@ -1,0 +1,15 @@
+#pragma once
+
+namespace gui {
+class TextureView;
+class Window;
+}  // namespace gui
+
+/// Labels: plain, wrapped by hand, turned, with a fading colour; a picture of the host; half opaque and zoomed widgets.
+struct LabelsWindow {
+    gui::Window* window = nullptr;
+    /// Waits for a texture.
+    gui::TextureView* picture = nullptr;
+};
+
+LabelsWindow makeLabelsWindow();

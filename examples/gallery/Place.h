@@ -1,0 +1,43 @@
+#pragma once
+
+#include <osg/Vec2i>
+
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "gui_lib/base/CallbackTypes.h"
+#include "gui_lib/widget/Widget.h"
+#include "gui_lib/windows/WindowBase.h"
+#include "gui_lib/windows/WindowView.h"
+
+/// Position and size in a parent, GUI units.
+struct Box {
+    int x;
+    int y;
+    int width;
+    int height;
+};
+
+/// Gives a new widget text and place, and puts it into a window or panel, which owns it from then on.
+template <class Parent, class Child>
+Child* place(Parent* parent, Child* child, Box const& box, std::wstring_view text = {}) {
+    child->setText(text);
+    child->setPosition({box.x, box.y});
+    child->setSize({box.width, box.height});
+    parent->insertWidget(child, -1);
+    return child;
+}
+
+/// Sizes a window so that its view has room for `content`.
+inline void fitWindow(gui::WindowBase* window, osg::Vec2i const& content) {
+    window->setSize(content + content);
+    window->setSize(content + window->getSize() - window->getView()->getSize());
+}
+
+/// Calls `function` when the widget callback `name` fires.
+inline void on(gui::Widget* widget, char const* name, std::function<void()> function) {
+    widget->addWidgetCallback(gui::getWidgetCallbackType(name),
+                              std::make_shared<std::function<void()>>(std::move(function)));
+}

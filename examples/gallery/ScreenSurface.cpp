@@ -1,0 +1,111 @@
+#include "ScreenSurface.h"
+
+#include <osg/Matrixd>
+
+#include <cmath>
+#include <string>
+
+#include "Place.h"
+#include "Scene.h"
+#include "gui_lib/controls/buttons/Button.h"
+#include "gui_lib/controls/buttons/CheckBox.h"
+#include "gui_lib/controls/labels/Static.h"
+#include "gui_lib/frame/GUI.h"
+#include "gui_lib/windows/Window.h"
+#include "platform/gl/vtxGLDevice.h"
+#include "platform/qor/Truncate.h"
+#include "platform/vtx/vtxFrameBuffer.h"
+#include "platform/vtx/vtxRenderer.h"
+
+namespace {
+
+/// Of the surface, units: the screen's proportions.
+constexpr int surfaceWidth = 480;
+constexpr int surfaceHeight = 300;
+/// The screen is seen from afar and from the side.
+constexpr int mipLevels = 4;
+/// Nothing of the surface is here.
+constexpr int outside = -10000;
+
+}  // namespace
+
+ScreenSurface::ScreenSurface() : surfaceId_(gui::GUI::get()->createSurface()) {
+    gui::GUI::get()->setSurfaceMouseFunc(surfaceId_, [this](int x, int y) { return map_(x, y); });
+
+    window_ = new gui::Window;
+    window_->setSurfaceId(surfaceId_);
+    window_->setName(L"screen");
+    window_->setText(L"In the scene");
+    window_->setPosition({60, 40});
+    window_->setSize({360, 220});
+    auto* const label = place(window_, new gui::Static, {16, 12, 280, 24}, L"A surface on a turning screen.");
+    label->setName(L"screen status");
+    button_ = place(window_, new gui::Button, {16, 48, 120, 36}, L"Click me");
+    button_->setName(L"screen button");
+    on(button_, gui::Widget::changeCallbackName, [label, count = 0]() mutable {
+        ++count;
+        label->setText(L"Clicked " + std::to_wstring(count) + (count == 1 ? L" time." : L" times."));
+    });
+    place(window_, new gui::CheckBox(1), {160, 54, 130, 24}, L"Enabled");
+    window_->setVisible(true);
+}
+
+ScreenSurface::~ScreenSurface() {
+    if (gui::GUI* const gui = gui::GUI::get())
+        gui->setSurfaceMouseFunc(surfaceId_, {});
+}
+
+void ScreenSurface::draw() {
+    vtxRenderer& renderer = *vtxRenderer::get();
+    float const scale = renderer.getScale();
+    if (!target_ || targetScale_ != scale) {
+        targetScale_ = scale;
+        target_.reset(renderer.createFrameBuffer({surfaceWidth, surfaceHeight}, 0, mipLevels));
+    }
+    target_->renderToTarget([this, scale] {
+        osg::Vec2i const pixels(qor::truncateToInt(std::ceil(surfaceWidth * scale)),
+                                qor::truncateToInt(std::ceil(surfaceHeight * scale)));
+        gui::GUI::get()->drawToSurface(surfaceId_, pixels, {scale, scale}, 1.0f, 1.0f);
+    });
+}
+
+vtxTexture* ScreenSurface::getTexture() const { return target_ ? target_->getTexture() : nullptr; }
+
+unsigned ScreenSurface::getTextureName() const {
+    auto* const device = dynamic_cast<vtxGLDevice*>(&vtxRenderer::get()->getDevice());
+    return device && target_ ? device->getTextureName(vtxRenderer::get()->getDeviceTexture(*target_)) : 0;
+}
+
+osg::Vec2i ScreenSurface::map_(int x, int y) const {
+    gui::GUI const& gui = *gui::GUI::get();
+    osg::Vec2i const raw = gui.convertToRawScreenPosition(x, y);
+    double const u = 2.0 * raw.x() / viewSize_.x() - 1.0;
+    double const v = 1.0 - 2.0 * raw.y() / viewSize_.y();
+    osg::Matrixd const toClip =
+        osg::Matrixd(Scene::getScreenModel(angle_) * Scene::getView() * Scene::getProjection(viewSize_));
+    osg::Matrixd const toScreen = osg::Matrixd::inverse(toClip);
+    osg::Vec3d const from = osg::Vec3d(u, v, -1.0) * toScreen;
+    osg::Vec3d const to = osg::Vec3d(u, v, 1.0) * toScreen;
+    // Only the front takes the mouse: the ray must come from +z and meet the plane z = 0.
+    if (!(from.z() > 0.0) || from.z() == to.z())
+        return {outside, outside};
+    osg::Vec3d const hit = from + (to - from) * (from.z() / (from.z() - to.z()));
+    osg::Vec2f const half = Scene::getScreenHalfSize();
+    return {qor::truncateToInt((hit.x() / half.x() * 0.5 + 0.5) * surfaceWidth),
+            qor::truncateToInt((0.5 - hit.y() / half.y() * 0.5) * surfaceHeight)};
+}
+
+osg::Vec2i ScreenSurface::getButtonPoint() const {
+    osg::Vec2i const size = button_->getSize();
+    return project_(button_->widgetToScreen({size.x() / 2, size.y() / 2}));
+}
+
+osg::Vec2i ScreenSurface::project_(osg::Vec2i const& point) const {
+    osg::Vec2f const half = Scene::getScreenHalfSize();
+    osg::Vec3d const place((2.0 * point.x() / surfaceWidth - 1.0) * half.x(),
+                           (1.0 - 2.0 * point.y() / surfaceHeight) * half.y(), 0.0);
+    osg::Vec3d const clip =
+        place * osg::Matrixd(Scene::getScreenModel(angle_) * Scene::getView() * Scene::getProjection(viewSize_));
+    return {qor::truncateToInt((clip.x() * 0.5 + 0.5) * viewSize_.x()),
+            qor::truncateToInt((0.5 - clip.y() * 0.5) * viewSize_.y())};
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <osg/Matrixf>
+#include <osg/Vec2i>
+
+#include <memory>
+
+class vtxFrameBuffer;
+class vtxTexture;
+
+namespace gui {
+class Button;
+class Window;
+}  // namespace gui
+
+/// A surface of the toolkit inside the scene: its windows are drawn into a target that the turning screen shows, and
+/// the mouse is carried onto the screen's plane.
+class ScreenSurface {
+public:
+    ScreenSurface();
+    ~ScreenSurface();
+    ScreenSurface(ScreenSurface const&) = delete;
+    ScreenSurface& operator=(ScreenSurface const&) = delete;
+
+    /// Between doRedraw and the scene.
+    void draw();
+    void setAngle(double radians) { angle_ = radians; }
+    /// Size of the main window, pixels.
+    void setViewSize(osg::Vec2i const& pixels) { viewSize_ = pixels; }
+
+    vtxTexture* getTexture() const;
+    /// GL name; 0 without GL.
+    unsigned getTextureName() const;
+    /// The middle of the surface's button in the main window, raw pixels.
+    osg::Vec2i getButtonPoint() const;
+
+private:
+    osg::Vec2i map_(int x, int y) const;
+    /// Where a point of the surface (its units) shows in the main window, raw pixels.
+    osg::Vec2i project_(osg::Vec2i const& point) const;
+
+    int surfaceId_ = 0;
+    std::unique_ptr<vtxFrameBuffer> target_;
+    float targetScale_ = 0.0f;
+    gui::Window* window_ = nullptr;
+    gui::Button* button_ = nullptr;
+    double angle_ = 0.0;
+    osg::Vec2i viewSize_{1, 1};
+};

@@ -1,0 +1,190 @@
+#include "Tour.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "Gallery.h"
+#include "gui_lib/widget/Container.h"
+#include "gui_lib/windows/Window.h"
+#include "gui_lib/windows/WindowHeader.h"
+#include "host/headless/HeadlessApplication.h"
+#include "platform/qor/Log.h"
+#include "platform/trace/vtxTraceDevice.h"
+
+namespace {
+
+/// A person's hand: everything goes through the host's input, and a frame runs after each step.
+class Visitor {
+public:
+    Visitor(host::HeadlessApplication& application, Options const& options)
+        : application_(application), options_(options) {}
+
+    /// Point in raw pixels of a place within a widget, units.
+    osg::Vec2i at(gui::Widget& widget, osg::Vec2i const& place) const {
+        osg::Vec2i const point = widget.widgetToScreen(place);
+        float const scale = application_.getScale();
+        return {static_cast<int>(static_cast<float>(point.x()) * scale),
+                static_cast<int>(static_cast<float>(point.y()) * scale)};
+    }
+    osg::Vec2i centre(gui::Widget& widget) const {
+        return at(widget, {widget.getSize().x() / 2, widget.getSize().y() / 2});
+    }
+
+    void moveTo(osg::Vec2i const& point) {
+        application_.pushMouseMove(point.x(), point.y());
+        application_.runFrames(2);
+    }
+    void press() {
+        application_.pushMouseButton(1, true);
+        application_.runFrames(2);
+    }
+    void release() {
+        application_.pushMouseButton(1, false);
+        application_.runFrames(2);
+    }
+    void click(osg::Vec2i const& point) {
+        moveTo(point);
+        press();
+        release();
+    }
+    void key(gui::KeyboardButton button) {
+        application_.pushKey(button, 0, true);
+        application_.runFrames(2);
+        application_.pushKey(button, 0, false);
+        application_.runFrames(2);
+    }
+    void wait(double seconds) { application_.runFrames(static_cast<int>(seconds * 60.0)); }
+
+    void picture(char const* name) {
+        application_.runFrames(1);
+        if (application_.getTraceLog())
+            return;
+        std::string const path = options_.out + "/" + std::to_string(++count_) + "-" + name + ".png";
+        if (application_.saveScreenshot(path.c_str()))
+            std::printf("%s\n", path.c_str());
+        else
+            failed_ = true;
+    }
+
+    bool getFailed() const { return failed_; }
+
+private:
+    host::HeadlessApplication& application_;
+    Options const& options_;
+    int count_ = 0;
+    bool failed_ = false;
+};
+
+/// The descendant that shows a text.
+gui::Widget* findByText(gui::Widget* root, wchar_t const* text) {
+    auto* const container = dynamic_cast<gui::Container*>(root);
+    if (!container)
+        return nullptr;
+    for (int i = 0; i < container->getWidgetCount(); ++i) {
+        gui::Widget* const child = container->getWidget(i);
+        if (!child)
+            continue;
+        if (child->getText() == text)
+            return child;
+        if (gui::Widget* const found = findByText(child, text))
+            return found;
+    }
+    return nullptr;
+}
+
+void visitControls(Visitor& visitor, Gallery& gallery) {
+    gui::Window* const controls = gallery.getControls();
+    for (wchar_t const* text : {L"Press me", L"Toggle", L"Shadows", L"High", L"Turn", L"Camera"})
+        if (gui::Widget* const widget = findByText(controls, text))
+            visitor.click(visitor.centre(*widget));
+    visitor.picture("controls-used");
+    if (gui::Widget* const widget = findByText(controls, L"Press me")) {
+        visitor.moveTo(visitor.centre(*widget));
+        visitor.wait(0.2);
+        visitor.moveTo(visitor.at(*widget, {20, 10}));
+        visitor.wait(1.0);
+        visitor.picture("tooltip");
+        visitor.press();
+        visitor.picture("pressed");
+        visitor.release();
+    }
+    for (int i = 0; i < 3; ++i)
+        visitor.key(gui::KeyTab);
+    visitor.picture("tab-focus");
+}
+
+void visitWindows(Visitor& visitor, Gallery& gallery) {
+    gui::Window* const states = gallery.getStates();
+    visitor.moveTo(visitor.at(*states->getHeader(), {60, 10}));
+    visitor.press();
+    visitor.moveTo(visitor.at(*states->getHeader(), {160, 130}));
+    visitor.release();
+    visitor.picture("window-dragged");
+    gui::Window* const labels = gallery.getLabels();
+    if (gui::Widget* const flash = findByText(labels, L"Flash"))
+        visitor.click(visitor.centre(*flash));
+    visitor.wait(2.5);
+    visitor.picture("label-flashed");
+    osg::Vec2i const corner = visitor.at(*labels, labels->getSize() - osg::Vec2i(2, 2));
+    visitor.moveTo(corner);
+    visitor.press();
+    visitor.moveTo(corner + osg::Vec2i(-10, 60));
+    visitor.release();
+    visitor.picture("window-resized");
+    if (gui::Widget* const ask = findByText(labels, L"Ask..."))
+        visitor.click(visitor.centre(*ask));
+    visitor.wait(0.5);
+    visitor.picture("modal-window");
+    visitor.click({static_cast<int>(0.5f * static_cast<float>(gui::Application::get()->getWidth())) - 72,
+                   static_cast<int>(0.5f * static_cast<float>(gui::Application::get()->getHeight())) + 30});
+}
+
+void visitScreen(Visitor& visitor, Gallery& gallery) {
+    gallery.setTurning(false);
+    gallery.setAngle(-0.45);
+    visitor.wait(0.1);
+    osg::Vec2i const button = gallery.getScreen().getButtonPoint();
+    visitor.moveTo(button);
+    visitor.picture("screen-hovered");
+    visitor.click(button);
+    visitor.click(button);
+    visitor.picture("screen-clicked");
+}
+
+bool writeTrace(host::HeadlessApplication& application, Options const& options) {
+    std::error_code error;
+    std::filesystem::create_directories(options.out, error);
+    std::string const path = options.out + "/trace.txt";
+    std::ofstream file(path, std::ios::binary);
+    file << application.getTraceLog()->getText();
+    file.close();
+    if (!file) {
+        std::fprintf(stderr, "Cannot write %s: check that the folder may be written to.\n", path.c_str());
+        return false;
+    }
+    std::printf("%s\n", path.c_str());
+    return true;
+}
+
+}  // namespace
+
+bool playTour(host::HeadlessApplication& application, Gallery& gallery, Options const& options) {
+    Visitor visitor(application, options);
+    visitor.wait(0.5);
+    visitor.picture("start");
+    visitControls(visitor, gallery);
+    visitWindows(visitor, gallery);
+    visitScreen(visitor, gallery);
+    visitor.key(static_cast<gui::KeyboardButton>(293));
+    visitor.wait(0.2);
+    visitor.picture("debug");
+    visitor.key(static_cast<gui::KeyboardButton>(293));
+
+    bool const traced = !application.getTraceLog() || writeTrace(application, options);
+    if (application.getGLErrorCount() > 0)
+        std::fprintf(stderr, "GL reported %u errors during the tour; they stand above.\n",
+                     application.getGLErrorCount());
+    return traced && !visitor.getFailed() && application.getGLErrorCount() == 0;
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Options.h"
+
+class Gallery;
+
+namespace host {
+class HeadlessApplication;
+}
+
+/// Plays a scripted visit of the gallery without a display: moves, clicks, drags, and writes a picture at each stop, or
+/// the trace of the whole with the trace back end. True if all files were written and GL reported no error.
+bool playTour(host::HeadlessApplication& application, Gallery& gallery, Options const& options);

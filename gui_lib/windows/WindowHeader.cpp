@@ -1,0 +1,123 @@
+#include "gui_lib/windows/WindowHeader.h"
+
+#include "gui_lib/base/Align2.h"
+#include "gui_lib/controls/buttons/ButtonSkin.h"
+#include "gui_lib/widget/AliveGuard.h"
+#include "gui_lib/windows/CloseButton.h"
+#include "gui_lib/windows/Dragger.h"
+#include "gui_lib/windows/WindowBase.h"
+#include "gui_lib/windows/WindowHeaderData.h"
+#include "gui_lib/windows/WindowHeaderSkin.h"
+#include "platform/qor/Utf8.h"
+
+namespace gui {
+
+WindowHeader::WindowHeader(WindowBase& newWindow) : window(newWindow.getHandler()) {
+    skin = new skin::WindowHeaderSkin(this);
+    dragger = new Dragger(newWindow);
+    draggerHandler = dragger->getHandler();
+    insertWidget_(dragger, -1);
+}
+
+WindowHeader::~WindowHeader() {
+    beginDestruction_();
+    closeButton = nullptr;
+    dragger = nullptr;
+    // While this is still a header, for the callbacks of dying children.
+    deleteWidgets_();
+}
+
+WindowBase* WindowHeader::getWindow() const { return static_cast<WindowBase*>(WidgetHandler::get(window)); }
+
+skin::WindowHeaderSkin* WindowHeader::getSkin() const { return dynamic_cast<skin::WindowHeaderSkin*>(skin); }
+
+Widget* WindowHeader::clone() const {
+    WindowBase* const owner = getWindow();
+    if (!owner)
+        return nullptr;
+    auto* const copy = new WindowHeader(*owner);
+    skin->copyTo(copy->skin);
+    copyParams(copy);
+    return copy;
+}
+
+char const* WindowHeader::getWidgetType() const { return "WindowHeader"; }
+
+int WindowHeader::getInnerState() const {
+    WindowBase const* const owner = getWindow();
+    return owner ? owner->getInnerState() : Container::getInnerState();
+}
+
+bool WindowHeader::getVisible() const { return visible && size.y() >= 1; }
+
+void WindowHeader::onWidgetDestroy(WidgetHandler* child) {
+    forgetChild_(child);
+    Container::onWidgetDestroy(child);
+}
+
+void WindowHeader::removeWidget_(Widget* widget) {
+    if (widget && getWidgetIndex_(widget) >= 0)
+        forgetChild_(widget->getHandler());
+    Container::removeWidget_(widget);
+}
+
+void WindowHeader::forgetChild_(WidgetHandler const* child) {
+    if (child == closeButtonHandler)
+        closeButton = nullptr;
+    if (child == draggerHandler)
+        dragger = nullptr;
+}
+
+void WindowHeader::setHasCloseButton(bool newHasCloseButton) {
+    if (newHasCloseButton == hasCloseButton)
+        return;
+    hasCloseButton = newHasCloseButton;
+    WindowBase* const owner = getWindow();
+    if (!newHasCloseButton) {
+        Widget::destroy(closeButton);
+    } else if (owner) {
+        closeButton = new CloseButton(*owner, getSkin()->getCloseButtonSkin());
+        closeButtonHandler = closeButton->getHandler();
+        insertWidget_(closeButton, -1);
+    }
+}
+
+void WindowHeader::onSizeChanged_(osg::Vec2i const& newSize) {
+    AliveGuard const self(this);
+    Container::onSizeChanged_(newSize);
+    if (self.dead())
+        return;
+    skin::WindowHeaderData const* const data = getSkin()->getHeaderData();
+    if (!data)
+        return;
+    setHasCloseButton(data->getHasCloseButton());
+    if (self.dead())
+        return;
+    Insets const insets = data->getInsets();
+    osg::Vec2i const corner(insets.left, insets.top);
+    osg::Vec2i const area(size.x() - insets.right - insets.left, size.y() - insets.bottom - insets.top);
+    placeCloseButton_(corner, area);
+    if (self.alive() && dragger)
+        dragger->setPosition(corner);
+    if (self.alive() && dragger)
+        dragger->setSize(area);
+}
+
+void WindowHeader::placeCloseButton_(osg::Vec2i const& corner, osg::Vec2i const& area) {
+    if (!closeButton)
+        return;
+    AliveGuard const button(closeButton);
+    skin::WindowHeaderData const* const data = getSkin()->getHeaderData();
+    Align2 const align(data->getCloseButtonHorzAlign(), data->getCloseButtonVertAlign());
+    closeButton->setText(qor::utf8_to_wchar(data->getCloseButtonText()));
+    // Square; a size limit of the button's skin may change it.
+    closeButton->setSize(osg::Vec2i(area.y(), area.y()));
+    if (button.dead())
+        return;
+    osg::RectImpl<osg::Vec2i> const place = align.calc(closeButton->getSize(), area);
+    closeButton->setPosition(corner + place.leftTop());
+    if (button.alive())
+        closeButton->setSize(place.size());
+}
+
+}  // namespace gui

@@ -1,0 +1,3 @@
+#include "platform/vtx/vtxFont.h"
+
+vtxFont::~vtxFont() = default;

@@ -1,0 +1,58 @@
+#include "platform/vtx/vtxGlyphSet.h"
+
+#include "platform/vtx/vtxFontChain.h"
+#include "platform/vtx/vtxTextureStore.h"
+
+#include <algorithm>
+
+vtxGlyphSet::vtxGlyphSet(vtxFontChain const& chain, double size, double blur)
+    : chain_(chain),
+      size_(std::min(size, maxSize)),
+      blur_(blur * size_ / size),
+      stretch_(size / size_),
+      phases_(size <= maxPhasedSize && blur < 2.0 ? vtxFontFace::phaseCount : 1) {}
+
+vtxGlyphSet::Glyph const& vtxGlyphSet::get(int face, unsigned glyph, int phase, vtxGlyphPages& pages) {
+    std::uint64_t const key = (std::uint64_t(static_cast<unsigned>(face)) << 40) |
+                              (std::uint64_t(static_cast<unsigned>(phase)) << 32) | glyph;
+    auto const known = glyphs_.find(key);
+    if (known != glyphs_.end())
+        return known->second;
+    return glyphs_.emplace(key, make_(face, glyph, phase, pages)).first->second;
+}
+
+vtxGlyphSet::Glyph vtxGlyphSet::make_(int face, unsigned glyph, int phase, vtxGlyphPages& pages) const {
+    Glyph made;
+    vtxGlyphBitmap bitmap;
+    double size = size_, stretch = stretch_;
+    if (!chain_.getFace(face).rasterise(glyph, size, phase, blur_, bitmap))
+        return made;
+    // A very wide glyph of a large size is halved until a page holds it.
+    while (!vtxGlyphPages::fits(bitmap) && size > 1.0) {
+        size *= 0.5;
+        stretch *= 2.0;
+        if (!chain_.getFace(face).rasterise(glyph, size, 0, blur_ * size / size_, bitmap))
+            return made;
+    }
+    vtxGlyphPages::Place const place = pages.add(bitmap);
+    if (!place.page)
+        return made;
+    constexpr float texel = 1.0f / vtxTextureStore::glyphPageSide;
+    made.page = &place.page->record;
+    made.owner = place.page;
+    made.x = static_cast<float>((bitmap.left - vtxGlyphPages::border) * stretch);
+    made.y = static_cast<float>((bitmap.top - vtxGlyphPages::border) * stretch);
+    made.width = static_cast<float>(place.width * stretch);
+    made.height = static_cast<float>(place.height * stretch);
+    made.uMin = static_cast<float>(place.x) * texel;
+    made.vMin = static_cast<float>(place.y) * texel;
+    made.uMax = static_cast<float>(place.x + place.width) * texel;
+    made.vMax = static_cast<float>(place.y + place.height) * texel;
+    return made;
+}
+
+void vtxGlyphSet::clear(vtxGlyphPages& pages) {
+    for (auto const& [key, glyph] : glyphs_)
+        pages.giveBack(glyph.owner);
+    glyphs_.clear();
+}

@@ -1,0 +1,91 @@
+#include "platform/vtx/vtxSizedFont.h"
+
+#include "platform/qor/Truncate.h"
+#include "platform/vtx/vtxShaderQuads.h"
+
+#include <algorithm>
+#include <cmath>
+#include <mutex>
+#include <utility>
+
+namespace {
+
+/// GUI units by which the blurs soften.
+constexpr double blurRadius[] = {0.0, 1.0, 3.0};
+
+double toPixels(vtxEm length, double size) { return static_cast<double>(length) * size / vtxEmUnit; }
+
+/// Away from the baseline, so that no row of a glyph is cut off at any scale; not for a mere rounding error.
+int roundAway(double length) {
+    return qor::truncateToInt(length < 0.0 ? std::floor(length + 0.001) : std::ceil(length - 0.001));
+}
+
+}  // namespace
+
+vtxSizedFont::vtxSizedFont(std::shared_ptr<vtxFontStore> store, vtxFontChain& chain, int size, Blur blur)
+    : store_(std::move(store)), chain_(chain), size_(size), blur_(blur) {
+    vtxFontFace const& face = chain.getFace(0);
+    ascender_ = roundAway(toPixels(face.getAscender(), size));
+    descender_ = roundAway(toPixels(face.getDescender(), size));
+    lineHeight_ = std::max(qor::truncateToInt(toPixels(face.getLineHeight(), size) + 0.5), ascender_ - descender_);
+}
+
+double vtxSizedFont::getXHeight() const { return toPixels(chain_.getFace(0).getXHeight(), size_); }
+
+int vtxSizedFont::getTextWidth(std::basic_string_view<wchar_t> text, float) const {
+    if (text.empty())
+        return 0;
+    std::lock_guard const lock(store_->mutex);
+    return qor::truncateToInt(std::floor(toPixels(chain_.measure(text), size_) + 0.5));
+}
+
+// --- Glyphs ---
+
+vtxGlyphSet* vtxSizedFont::getGlyphs_(Line const& line, std::shared_ptr<void const>& hold) {
+    Kept& kept = kept_[line.softened];
+    if (!kept.glyphs || kept.scale != line.scale || !store_->pages) {
+        double const scale = line.scale;
+        kept.glyphs = store_->getGlyphs(chain_, size_ * scale, line.softened ? blurRadius[blur_] * scale : 0.0);
+        kept.scale = line.scale;
+    }
+    hold = kept.glyphs;
+    return kept.glyphs.get();
+}
+
+void vtxSizedFont::forgetGlyphs() {
+    for (Kept& kept : kept_)
+        kept = Kept();
+}
+
+void vtxSizedFont::addGlyphs(Line const& line, vtxShaderQuads& quads, std::shared_ptr<void const>& hold) {
+    std::lock_guard const lock(store_->mutex);
+    vtxGlyphSet* const glyphs = getGlyphs_(line, hold);
+    if (!glyphs)
+        return;
+    chain_.layOut(line.text, store_->placed);
+    double const size = size_ * static_cast<double>(line.scale);
+    int const phases = glyphs->getPhaseCount();
+    float const pixel = 1.0f / line.scale;
+    vtxTexture const* page = nullptr;
+    for (vtxPlacedGlyph const& placed : store_->placed) {
+        double const step = std::floor(toPixels(placed.x, size) * phases + 0.5);
+        double const x = std::floor(step / phases);
+        vtxGlyphSet::Glyph const& glyph =
+            glyphs->get(placed.face, placed.glyph, static_cast<int>(step - x * phases), *store_->pages);
+        if (!glyph.page)
+            continue;
+        if (glyph.page != page) {
+            if (page)
+                quads.endBatch();
+            page = glyph.page;
+            quads.beginBatch(page, static_cast<int>(store_->placed.size()));
+        }
+        double const y = std::floor(toPixels(placed.y, size) + 0.5);
+        quads.addBatchQuad(static_cast<float>(line.pen.x() + (x + glyph.x) * pixel),
+                           static_cast<float>(line.pen.y() + (y + glyph.y) * pixel), glyph.width * pixel,
+                           glyph.height * pixel, -1.0f);
+        quads.addBatchTexCoords(glyph.uMin, glyph.vMin, glyph.uMax, glyph.vMax);
+    }
+    if (page)
+        quads.endBatch();
+}

@@ -1,0 +1,101 @@
+#include "platform/vtx/vtxTextString.h"
+
+#include "platform/vtx/vtxRenderer.h"
+#include "platform/vtx/vtxShader.h"
+#include "platform/vtx/vtxSizedFont.h"
+
+#include <cmath>
+
+namespace {
+
+/// 0 while there is no renderer.
+float getScale(float scale) {
+    if (scale > 0.0f)
+        return scale;
+    vtxRenderer* const renderer = vtxRenderer::get();
+    return renderer ? renderer->getScale() : 0.0f;
+}
+
+unsigned getGeneration() {
+    vtxRenderer* const renderer = vtxRenderer::get();
+    return renderer ? renderer->getGeneration() : 0;
+}
+
+bool isSeen(osg::Vec4f const& color) { return color.a() > 0.0f; }
+
+}  // namespace
+
+vtxTextString::vtxTextString() = default;
+vtxTextString::~vtxTextString() = default;
+vtxTextString::vtxTextString(vtxTextString const&) = default;
+vtxTextString& vtxTextString::operator=(vtxTextString const&) = default;
+
+// --- Building ---
+
+void vtxTextString::redraw(float scale) {
+    float const used = getScale(scale);
+    if (used > 0.0f)
+        build_(used);
+}
+
+void vtxTextString::addBar_(float y, float width, float height) const {
+    quads.beginBatch(nullptr, 1);
+    quads.addBatchQuad(static_cast<float>(position.x()), static_cast<float>(position.y()) + y, width, height, -1.0f);
+    quads.addBatchTexCoords(0.0f, 0.0f, 0.0f, 0.0f);
+    quads.endBatch();
+}
+
+void vtxTextString::build_(float scale) const {
+    builtScale_ = scale;
+    builtGeneration_ = getGeneration();
+    quads.reset();
+    auto const endLayer = [this](Layer layer) { layerEnds_[layer] = static_cast<int>(quads.getBatches().size()); };
+    auto* const sized = dynamic_cast<vtxSizedFont*>(font.get());
+    auto const width = font && !text.empty() ? static_cast<float>(font->getTextWidth(text, -1.0f)) : 0.0f;
+
+    if (width > 0.0f && isSeen(bkgColor))
+        addBar_(static_cast<float>(-font->getAscender()), width,
+                static_cast<float>(font->getAscender() - font->getDescender()));
+    endLayer(LayerBkg);
+    if (sized && isSeen(shadowColor))
+        sized->addGlyphs({text, position + shadowOffset, scale, false}, quads, glyphs_[0]);
+    endLayer(LayerShadow);
+    if (sized && sized->getBlur() != vtxFont::BlurNone && isSeen(blurColor))
+        sized->addGlyphs({text, position, scale, true}, quads, glyphs_[1]);
+    endLayer(LayerBlur);
+    if (sized)
+        sized->addGlyphs({text, position, scale, false}, quads, glyphs_[0]);
+    endLayer(LayerGlyphs);
+    if (width > 0.0f && lineThroughHeight > 0 && isSeen(lineThroughColor)) {
+        double const middle = sized ? sized->getXHeight() * 0.5 : font->getAscender() * 0.25;
+        addBar_(static_cast<float>(-std::floor(middle + 0.5) - lineThroughOffset), width,
+                static_cast<float>(lineThroughHeight));
+    }
+    endLayer(LayerLineThrough);
+}
+
+// --- Drawing ---
+
+void vtxTextString::draw(vtxShader* shader, float scale) const { draw(shader, color, scale); }
+
+void vtxTextString::draw(vtxShader* shader, osg::Vec4f const& glyphColor, float scale) const {
+    float const used = getScale(scale);
+    if (!shader || builtScale_ == 0.0f || used <= 0.0f)
+        return;
+    if (builtScale_ != used || builtGeneration_ != getGeneration())
+        build_(used);
+    if (quads.getBatches().empty())
+        return;
+    shader->turnOnDrawQuads();
+    osg::Vec4f const* const colors[LayerCount] = {&bkgColor, &shadowColor, &blurColor, &glyphColor, &lineThroughColor};
+    for (int layer = 0, batch = 0; layer < LayerCount; ++layer) {
+        if (!isSeen(*colors[layer])) {
+            batch = layerEnds_[layer];
+            continue;
+        }
+        if (batch < layerEnds_[layer])
+            shader->setColor(*colors[layer]);
+        for (; batch < layerEnds_[layer]; ++batch)
+            quads.drawBatch(shader, batch);
+    }
+}

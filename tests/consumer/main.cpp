@@ -1,0 +1,43 @@
+// Opens a window with one button on the toolkit's own skin, clicks it, and checks that the click arrived.
+#include <cstdio>
+#include <functional>
+#include <memory>
+
+#include "gui_lib/base/CallbackTypes.h"
+#include "gui_lib/controls/buttons/Button.h"
+#include "gui_lib/windows/Window.h"
+#include "host/Assets.h"
+#include "host/headless/HeadlessApplication.h"
+
+int main() {
+    auto& application = *new host::HeadlessApplication(host::HeadlessApplication::BackEnd::Trace);
+    if (!host::addToolkitAssets() || !application.start({}))
+        return 1;
+
+    auto* const button = new gui::Button;
+    button->setText(L"Press");
+    button->setPosition({20, 20});
+    button->setSize({120, 32});
+    int clicks = 0;
+    button->addWidgetCallback(gui::getWidgetCallbackType("widget change"),
+                              std::make_shared<std::function<void()>>([&clicks] { ++clicks; }));
+
+    auto* const window = new gui::Window;
+    window->setPosition({100, 100});
+    window->setSize({300, 200});
+    window->insertWidget(button, 0);
+    window->setVisible(true);
+    application.runFrames(2);
+
+    osg::Vec2i const middle = button->widgetToScreen({60, 16});
+    application.pushMouseMove(middle.x(), middle.y());
+    application.pushMouseButton(1, true);
+    application.runFrames(1);
+    application.pushMouseButton(1, false);
+    application.runFrames(1);
+    application.stop();
+    gui::Application::destroy();
+
+    std::printf("consumer: %d click\n", clicks);
+    return clicks == 1 ? 0 : 1;
+}

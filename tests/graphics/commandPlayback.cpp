@@ -1,0 +1,338 @@
+#include <cmath>
+
+#include "gui_lib/graphics/GraphicCommandGuards.h"
+#include "gui_lib/graphics/GraphicCommands.h"
+#include "gui_lib/graphics/ScratchGraphicCommands.h"
+#include "gui_lib/graphics/commands/GraphicCommandDrawGeometry.h"
+#include "gui_lib/graphics/commands/GraphicCommandDrawShapes.h"
+#include "gui_lib/graphics/commands/GraphicCommandStates.h"
+#include "gui_lib/graphics/commands/GraphicCommandTechniques.h"
+#include "host/CommandPlayer.h"
+#include "platform/vtx/vtxFontManager.h"
+#include "platform/vtx/vtxFrameBuffer.h"
+#include "platform/vtx/vtxRenderer.h"
+#include "platform/vtx/vtxShader.h"
+#include "platform/vtx/vtxShaderBkgQuads.h"
+#include "platform/vtx/vtxShaderQuads.h"
+#include "platform/vtx/vtxTextString.h"
+#include "tests/graphics/TraceFixture.h"
+#include "tests/support/HeapScope.h"
+
+namespace {
+
+using namespace gui;
+
+class CommandPlayback : public TraceFixture {};
+
+vtxShaderQuads makeQuads() {
+    vtxShaderQuads quads;
+    for (int batch = 0; batch < 2; ++batch) {
+        quads.beginBatch(nullptr, 0);
+        quads.addBatchQuad(10.0f * static_cast<float>(batch), 0, 5, 4, -1);
+        quads.addBatchTexCoords(0, 0, 0, 0);
+        quads.endBatch();
+    }
+    return quads;
+}
+
+std::shared_ptr<vtxFont> getFont() {
+    return vtxRenderer::get()->getFontManager()->getFont("assets/fonts/DejaVuSans.ttf", 16, vtxFont::BlurNone);
+}
+
+TEST_F(CommandPlayback, stateStepsReachTheRendererInOrder) {
+    vtxRenderer::get()->setScale(2.0f);
+    auto const rect = osg::RectImpl<osg::Vec2i>(1, 2, 30, 40);
+    EXPECT_EQ(operationsRecorded([&](GraphicCommands& list) {
+                  GraphicCommandClipRectGuard const clip(&list, rect);
+                  GraphicCommandViewportGuard const viewport(&list, rect);
+                  GraphicCommandOpacityGuard const opacity(&list, 0.5f);
+                  GraphicCommandShaderTechniqueGuard const technique(&list, vtxRenderer::TechniqueTargetVR);
+                  GraphicCommandShiftPositionGuard const shift(&list, 1, 2, 0);
+                  GraphicCommandShiftPositionGuard const ownScale(&list, 1, 2, 3);
+                  list.add(GraphicCommandSetTextureFiltering::fetch()->set(vtxRenderer::SamplerNearest));
+              }),
+              "pushClipRect 1 2 30 40; pushViewport 1 2 30 40; setOpacity 0.5; pushTechnique 5; shiftPosition 1 2 2; "
+              "shiftPosition 1 2 3; setTextureFiltering 1; shiftPosition -1 -2 3; shiftPosition -1 -2 2; popTechnique; "
+              "setOpacity 1; popViewport; popClipRect");
+    EXPECT_EQ(operationsRecorded([](GraphicCommands& list) {
+                  list.add(GraphicCommandSetShaderTechnique::fetch()->set(vtxRenderer::TechniqueNone));
+                  list.add(GraphicCommandSetShaderTechnique::fetch()->set(vtxRenderer::TechniqueTarget));
+              }),
+              "endDraw; beginDraw 4");
+}
+
+TEST_F(CommandPlayback, quadsTakeTheirSamplerAndBatch) {
+    vtxShaderQuads const quads = makeQuads();
+    osg::Vec4f const color(1, 0.5f, 0, 1);
+    auto const play = [&](int sampler) {
+        return operationsRecorded([&](GraphicCommands& list) { list.drawQuads(quads, color, sampler, -1); });
+    };
+    EXPECT_EQ(play(-1), "turnOnDrawQuads");
+    EXPECT_EQ(play(0), "turnOnDrawQuads; setUserTextureFiltering 0");
+    EXPECT_EQ(play(3), "turnOnDrawQuads; setUserTextureFiltering 3; resetTextureSampler");
+    EXPECT_EQ(play(7), "turnOnDrawQuads; resetTextureSampler");
+
+    std::string const first = "at 0 0 size 5 4 color 1 0.5 0 1\n";
+    std::string const second = "at 10 0 size 5 4 color 1 0.5 0 1\n";
+    EXPECT_EQ(quadsRecorded([&](GraphicCommands& list) { list.drawQuads(quads, color, 0, -1); }), first + second);
+    EXPECT_EQ(quadsRecorded([&](GraphicCommands& list) { list.drawQuads(quads, color, 0, 1); }), second);
+}
+
+TEST_F(CommandPlayback, backgroundsKeepTheColoursOfTheMomentOfRecording) {
+    vtxShaderBkgQuads quads;
+    float colors[9 * 4] = {1, 0, 0, 1, 0, 1, 0, 0.5f};
+    GraphicCommands list;
+    list.drawBkg(quads, colors);
+    quads.addQuad({0, 0, 5, 5, 0, 0, 0, 0});
+    quads.addQuad({5, 0, 5, 5, 0, 0, 0, 0});
+    list.drawBkg(quads, colors);
+    colors[0] = 0;
+    quads.count = 0;
+    EXPECT_EQ(operations([&] { host::CommandPlayer::play(list); }), "turnOnDrawQuads");
+    EXPECT_EQ(quads.count, 0);
+    EXPECT_EQ(this->quads([&] { host::CommandPlayer::play(list); }),
+              "at 0 0 size 5 5 color 1 0 0 1\nat 5 0 size 5 5 color 0 1 0 0.5\n");
+    host::CommandPlayer::release(list);
+}
+
+TEST_F(CommandPlayback, shapesAndGeometryTurnQuadsOff) {
+    qor::vector<vtxVertex> vertices(3);
+    vertices[1].x = 10;
+    vertices[2].y = 10;
+    for (vtxVertex& vertex : vertices)
+        vertex.a = 1;
+    auto const record = [&](GraphicCommands& list) {
+        list.add(GraphicCommandDrawCircle::fetch()->set(osg::Vec4f(1, 1, 1, 1), 5, 8));
+        list.add(GraphicCommandDrawLifeBar::fetch()->set(osg::Vec4f(1, 1, 1, 1), osg::Vec2f(20, 3), 0.5f));
+        list.add(
+            GraphicCommandDrawGeometry::fetch()->set(vertices, {0, 1, 2}, vtxGeometry::PrimitiveTriangles, 1, nullptr));
+    };
+    char const* const expected =
+        "turnOffDrawQuads; drawCircle 5 8; turnOffDrawQuads; drawLifeBar 20 3 0.5; turnOffDrawQuads; "
+        "drawPrimitives 3 1 0";
+    EXPECT_EQ(operationsRecorded(record), expected);
+    EXPECT_EQ(operationsRecorded(record), expected);
+}
+
+TEST_F(CommandPlayback, geometryOfARendererThatIsGoneIsNotDrawn) {
+    qor::vector<vtxVertex> vertices(3);
+    auto const record = [&](GraphicCommands& list) {
+        list.add(
+            GraphicCommandDrawGeometry::fetch()->set(vertices, {0, 1, 2}, vtxGeometry::PrimitiveTriangles, 1, nullptr));
+    };
+    operationsRecorded(record);
+    GraphicCommands old;
+    record(old);
+    host::CommandPlayer::doRedraw(old);
+    replaceRenderer();
+    EXPECT_EQ(operations([&] { host::CommandPlayer::draw(old); }), "");
+    EXPECT_EQ(operations([&] { host::CommandPlayer::play(old); }), "");
+    host::CommandPlayer::release(old);
+    EXPECT_EQ(operationsRecorded(record), "turnOffDrawQuads; drawPrimitives 3 1 0");
+}
+
+TEST_F(CommandPlayback, functionsRunAtTheirVerbs) {
+    vtxRenderer* const renderer = vtxRenderer::get();
+    EXPECT_EQ(operationsRecorded([&](GraphicCommands& list) {
+                  list.drawFunc([renderer] { renderer->setOpacity(0.3f); }, osg::Vec2i(7, 8),
+                                [renderer](osg::Vec2i const& size) {
+                                    renderer->pushClipRect(osg::RectImpl<osg::Vec2i>(0, 0, size.x(), size.y()));
+                                    renderer->popClipRect();
+                                });
+                  list.drawFunc({}, osg::Vec2i(), {});
+                  list.parse([renderer] { renderer->setOpacity(0.1f); });
+                  list.parse({});
+              }),
+              "setOpacity 0.1; pushClipRect 0 0 7 8; popClipRect; setOpacity 0.3");
+}
+
+TEST_F(CommandPlayback, targetsAreFilledBeforeAnythingIsDrawn) {
+    auto const target = makeTarget(40, 30);
+    vtxRenderer* const renderer = vtxRenderer::get();
+    EXPECT_EQ(operationsRecorded([&](GraphicCommands& list) {
+                  list.setOpacity(0.9f);
+                  ScratchGraphicCommands inner;
+                  inner->drawFunc([renderer] { renderer->setOpacity(0.2f); }, osg::Vec2i(),
+                                  [renderer](osg::Vec2i const&) { renderer->setOpacity(0.1f); });
+                  list.drawToTarget(target, osg::Vec2i(20, 10), inner->getCommands());
+                  list.setOpacity(1.0f);
+              }),
+              "setOpacity 0.1; renderToTarget 40 30; pushModelViewMatrix; setModelViewMatrix 1 0 0 1 0 0; "
+              "pushClipRect 0 0 20 10; pushTechnique 4; turnOnDrawQuads; setOpacity 0.2; popTechnique; popClipRect; "
+              "popModelViewMatrix; setOpacity 0.9; setOpacity 1");
+    EXPECT_EQ(target.use_count(), 1);
+}
+
+TEST_F(CommandPlayback, recordedMatricesEqualDirectOnes) {
+    vtxRenderer::get()->setScale(2.0f);
+    vtxShaderQuads const quads = makeQuads();
+    osg::Vec4f const color(1, 1, 1, 1);
+    float const quarter = std::acos(0.0f);
+    auto const direct = trace([&] {
+        vtxRenderer::ProjectionMatrixGuard projection;
+        projection.makeOrtho2D(0, 400, 300, 0);
+        vtxRenderer::ModelViewMatrixGuard outer;
+        outer.setTranslate(10, 20, 0);
+        vtxRenderer::ModelViewMatrixGuard guard;
+        guard.makeTranslate(-5, -5, 0).makeRotate(quarter, 0, 0, -1).setTranslate(105, 55, 0);
+        vtxShader* const shader = vtxRenderer::get()->getShader();
+        shader->setColor(color);
+        shader->turnOnDrawQuads();
+        quads.draw(shader);
+    });
+    auto const recorded = traceRecorded([&](GraphicCommands& list) {
+        GraphicCommandProjectionMatrixGuard projection(&list);
+        projection.makeOrtho2D(0, 400, 300, 0);
+        GraphicCommandModelViewMatrixGuard outer(&list);
+        outer.setTranslate(10, 20, 0);
+        GraphicCommandModelViewMatrixGuard guard(&list);
+        guard.makeTranslate(-5, -5, 0).makeRotate(quarter, 0, 0, -1).setTranslate(105, 55, 0);
+        list.drawQuads(quads, color, -1, -1);
+    });
+    EXPECT_EQ(direct, recorded);
+    EXPECT_EQ(operationsRecorded([](GraphicCommands& list) {
+                  osg::Matrixf const shift = osg::Matrixf::translate(3, 4, 0);
+                  osg::Matrixf const turn(0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
+                  GraphicCommandModelViewMatrixGuard guard(&list);
+                  list.setModelViewMatrix(turn);
+                  list.preMultModelViewMatrix(shift);
+                  guard.setRotate(0.0f, 0, 0, 0);
+                  guard.setTranslate(1, 0, 0);
+                  guard.setIdentity();
+              }),
+              "pushModelViewMatrix; setModelViewMatrix 0 1 -1 0 0 0; setModelViewMatrix 0 1 -1 0 -4 3; "
+              "setModelViewMatrix 0 1 -1 0 -4 3; setModelViewMatrix 0 1 -1 0 -2 3; setModelViewMatrix 1 0 0 1 0 0; "
+              "popModelViewMatrix");
+}
+
+TEST_F(CommandPlayback, aTurnAboutAPivotKeepsThePivotInPlace) {
+    vtxShaderQuads quads;
+    quads.beginBatch(nullptr, 1);
+    quads.addBatchQuad(5, 5, 10, 20, -1);
+    quads.endBatch();
+    std::string const drawn = quadsRecorded([&](GraphicCommands& list) {
+        GraphicCommandModelViewMatrixGuard guard(&list);
+        guard.makeTranslate(-5, -5, 0).makeRotate(std::acos(0.0f), 0, 0, -1).setTranslate(105, 55, 0);
+        list.drawQuads(quads, osg::Vec4f(1, 1, 1, 1), -1, -1);
+    });
+    EXPECT_EQ(drawn, "at 105 55 edges 0 -10 20 0 color 1 1 1 1\n");
+}
+
+TEST_F(CommandPlayback, recordedTextIsTheCopyOfWhatWasBuilt) {
+    vtxTextString string;
+    string.font = getFont();
+    ASSERT_TRUE(string.font);
+    string.text = L"Text";
+    string.color.set(1, 0, 0, 1);
+    string.bkgColor.set(0, 0, 1, 1);
+    string.position.set(10, 40);
+    string.redraw(-1.0f);
+    vtxTextString const original = string;
+    vtxShader* const shader = vtxRenderer::get()->getShader();
+    osg::Vec4f const green(0, 1, 0, 1);
+
+    GraphicCommands list;
+    list.drawText(&string, nullptr, -1.0f);
+    list.drawText({&string, &string}, &green, 0.0f);
+    string.text = L"Changed";
+    string.redraw(-1.0f);
+    std::string const expected = quads([&] {
+        original.draw(shader, -1.0f);
+        original.draw(shader, green, -1.0f);
+        original.draw(shader, green, -1.0f);
+    });
+    EXPECT_NE(expected, "");
+    EXPECT_EQ(quads([&] { host::CommandPlayer::play(list); }), expected);
+    host::CommandPlayer::release(list);
+}
+
+TEST_F(CommandPlayback, textIsCutAtLineFeedsWithoutDecorationOfEarlierUses) {
+    auto const font = getFont();
+    vtxShader* const shader = vtxRenderer::get()->getShader();
+    osg::Vec4f const white(1, 1, 1, 1);
+    auto const line = [&](wchar_t const* text, int y) {
+        vtxTextString string;
+        string.font = font;
+        string.text = text;
+        string.position.set(0, y);
+        string.redraw(-1.0f);
+        string.draw(shader, white, -1.0f);
+    };
+    GraphicCommands decorated;
+    vtxTextString string;
+    string.font = font;
+    string.text = L"x";
+    string.bkgColor.set(1, 0, 0, 1);
+    string.shadowColor.set(1, 0, 0, 1);
+    string.lineThroughColor.set(1, 0, 0, 1);
+    string.redraw(-1.0f);
+    decorated.drawText({&string, &string, &string}, nullptr, -1.0f);
+    host::CommandPlayer::release(decorated);
+
+    // Moved down, since the first baseline is the top of the screen.
+    vtxRenderer::ModelViewMatrixGuard guard;
+    guard.setTranslate(0, 100, 0);
+    std::string const expected = quads([&] {
+        line(L"one", 0);
+        line(L"two", 2 * font->getLineHeight());
+    });
+    EXPECT_EQ(quadsRecorded([&](GraphicCommands& list) { list.drawText(L"one\n\ntwo\n", font, white, -1.0f); }),
+              expected);
+    EXPECT_EQ(quadsRecorded([&](GraphicCommands& list) { list.drawText(L"one", nullptr, white, -1.0f); }), "");
+}
+
+TEST_F(CommandPlayback, aListRecordedAgainAllocatesNothing) {
+    log->setRecording(false);
+    vtxRenderer* const renderer = vtxRenderer::get();
+    auto const target = makeTarget(64, 64);
+    auto const font = getFont();
+    vtxShaderQuads const quads = makeQuads();
+    vtxShaderBkgQuads const bkg;
+    float const colors[9 * 4] = {};
+    osg::Vec4f const color(1, 1, 1, 1);
+    qor::vector<vtxVertex> const vertices(3);
+    qor::vector<int> const indices = {0, 1, 2};
+    qor::vector<vtxTextString*> strings;
+    for (int i = 0; i < 6; ++i) {
+        strings.push_back(new vtxTextString);
+        strings.back()->font = font;
+        strings.back()->text = L"a text that is longer than a small string";
+        strings.back()->redraw(-1.0f);
+    }
+    GraphicCommands list;
+    auto const record = [&] {
+        GraphicCommandClipRectGuard const clip(&list, osg::RectImpl<osg::Vec2i>(0, 0, 99, 99));
+        GraphicCommandOpacityGuard const opacity(&list, 0.5f);
+        GraphicCommandProjectionMatrixGuard projection(&list);
+        projection.makeOrtho2D(0, 800, 600, 0);
+        GraphicCommandModelViewMatrixGuard guard(&list);
+        guard.makeTranslate(1, 1, 0).makeRotate(1, 0, 0, 1).setTranslate(1, 1, 0);
+        ScratchGraphicCommands inner;
+        inner->drawBkg(bkg, colors);
+        inner->drawText(strings, &color, -1.0f);
+        list.drawToTarget(target, osg::Vec2i(64, 64), inner->getCommands());
+        list.drawQuads(quads, color, 0, -1);
+        list.drawText(strings.front(), nullptr, -1.0f);
+        list.drawText(L"some line\nanother line", font, color, -1.0f);
+        list.add(
+            GraphicCommandDrawGeometry::fetch()->set(vertices, indices, vtxGeometry::PrimitiveTriangles, 1, nullptr));
+        list.drawFunc([renderer] { renderer->setOpacity(0.5f); }, osg::Vec2i(), {});
+        list.parse([renderer] { renderer->setOpacity(1.0f); });
+    };
+    auto const runOnce = [&] {
+        record();
+        renderer->beginDraw(vtxRenderer::TechniqueNormal);
+        host::CommandPlayer::play(list);
+        renderer->endDraw();
+        host::CommandPlayer::release(list);
+    };
+    runOnce();
+    runOnce();
+    support::HeapScope const heap;
+    runOnce();
+    EXPECT_EQ(heap.getAllocations(), 0u);
+    for (vtxTextString* string : strings)
+        delete string;
+}
+
+}  // namespace

@@ -1,0 +1,133 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "gui_lib/layouts/Layout.h"
+#include "gui_lib/widget/Container.h"
+
+namespace widget_test {
+
+/// Freed objects are filled with rubbish and kept, so that a use after the death crashes instead of passing by luck.
+void* allocateTracked(std::size_t size);
+void freeTracked(void* memory);
+
+/// The words that probes write, in order; a test reads them with `takeEvents`.
+void noteEvent(std::string const& event);
+std::vector<std::string> takeEvents();
+
+/// A widget, or a class derived from it, that notes the events that reach it as "name event" and opens what is
+/// protected.
+template <class Base>
+class Probe : public Base {
+public:
+    template <class... Args>
+    explicit Probe(std::string label = {}, Args&&... args)
+        : Base(std::forward<Args>(args)...), label_(std::move(label)) {}
+
+    static void* operator new(std::size_t size) { return allocateTracked(size); }
+    static void operator delete(void* memory) { freeTracked(memory); }
+
+    bool isDirty() const { return this->dirty; }
+    void setOwnSkin(gui::skin::Skin* newSkin) { this->skin = newSkin; }
+    bool needsDoRedraw() const { return this->needDoRedraw; }
+    osg::Vec2i validate(osg::Vec2i const& size) const { return this->validateSize_(size); }
+    osg::RectImpl<osg::Vec2i> clipRect() const { return this->getClipRect_(); }
+    osg::Vec2i targetPosition() const { return this->getTargetPosition_(); }
+    void change() { this->onChange_(); }
+    int childMarks() const { return childMarks_; }
+    int redraws() const { return redraws_; }
+    void setFocusableFlag(bool focusable) { focusable_ = focusable; }
+
+    bool getFocusable() const override { return focusable_ || Base::getFocusable(); }
+    void onMouseEnter(osg::Vec2i const& point) override {
+        note_("enter");
+        Base::onMouseEnter(point);
+    }
+    void onMouseLeave(osg::Vec2i const& point) override {
+        note_("leave");
+        Base::onMouseLeave(point);
+    }
+    void onMouseDown(osg::Vec2i const& point, gui::MouseButton button) override {
+        note_("down");
+        Base::onMouseDown(point, button);
+    }
+    void onMouseUp(osg::Vec2i const& point, gui::MouseButton button) override {
+        note_("up");
+        Base::onMouseUp(point, button);
+    }
+    void onMouseDoubleClick(osg::Vec2i const& point, gui::MouseButton button) override {
+        note_("double");
+        Base::onMouseDoubleClick(point, button);
+    }
+    void onMouseMove(osg::Vec2i const& point) override {
+        note_("move");
+        Base::onMouseMove(point);
+    }
+    void onMouseReleased() override {
+        note_("released");
+        Base::onMouseReleased();
+    }
+
+protected:
+    void onChildBecomeDirty_(gui::Widget* child) override {
+        ++childMarks_;
+        Base::onChildBecomeDirty_(child);
+    }
+    void redraw_() override {
+        ++redraws_;
+        Base::redraw_();
+    }
+
+private:
+    void note_(char const* event) const {
+        if (!label_.empty())
+            noteEvent(label_ + " " + event);
+    }
+
+    std::string label_;
+    int childMarks_ = 0;
+    int redraws_ = 0;
+    bool focusable_ = false;
+};
+
+using WidgetProbe = Probe<gui::Widget>;
+
+/// A container that shows its child operations.
+class Box : public Probe<gui::Container> {
+public:
+    using Probe::Probe;
+
+    void insert(gui::Widget* widget, int index = -1) { insertWidget_(widget, index); }
+    void remove(gui::Widget* widget) { removeWidget_(widget); }
+    int indexOf(gui::Widget const* widget) const { return getWidgetIndex_(widget); }
+    void clear() { clear_(); }
+    void removeAll() { removeAllWidgets_(); }
+    std::vector<gui::Widget*> children() const;
+    /// A new child with a place; focusable, so that presses move the focus.
+    WidgetProbe* add(std::string label, int x, int y, int width, int height);
+};
+
+/// Gives every child the container's width and counts its runs.
+class WideLayout : public gui::Layout {
+public:
+    ~WideLayout() override;
+
+    gui::Layout* clone() const override { return new WideLayout; }
+    char const* getType() const override { return "wide"; }
+    osg::Vec2i getMinSize() const override { return minSize; }
+    osg::Vec2i getMaxSize() const override { return maxSize; }
+    osg::Vec2i getPrefSize() const override { return prefSize; }
+    void updateSize() override;
+
+    int runs = 0;
+    int* deaths = nullptr;
+    osg::Vec2i minSize, maxSize, prefSize;
+};
+
+/// Rows of places that a hit test or a click needs.
+inline osg::Vec2i at(int x, int y) { return osg::Vec2i(x, y); }
+
+}  // namespace widget_test
