@@ -1,8 +1,8 @@
-#include "ControlsWindow.h"
+#include "examples/gallery/ControlsWindow.h"
 
 #include <string>
 
-#include "Place.h"
+#include "examples/gallery/Place.h"
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/controls/buttons/Button.h"

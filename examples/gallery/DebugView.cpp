@@ -1,10 +1,10 @@
-#include "DebugView.h"
+#include "examples/gallery/DebugView.h"
 
 #include <cstdio>
 #include <string>
 
-#include "Place.h"
-#include "TreeDump.h"
+#include "examples/gallery/Place.h"
+#include "examples/gallery/TreeDump.h"
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/base/Application.h"

@@ -1,10 +1,10 @@
-#include "Gallery.h"
+#include "examples/gallery/Gallery.h"
 
 #include <cmath>
 
-#include "ControlsWindow.h"
-#include "Scene.h"
-#include "StatesWindow.h"
+#include "examples/gallery/ControlsWindow.h"
+#include "examples/gallery/Scene.h"
+#include "examples/gallery/StatesWindow.h"
 #include "gui_lib/controls/small/TextureView.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/windows/Window.h"

@@ -3,10 +3,10 @@
 #include <functional>
 #include <memory>
 
-#include "DebugView.h"
-#include "LabelsWindow.h"
-#include "Options.h"
-#include "ScreenSurface.h"
+#include "examples/gallery/DebugView.h"
+#include "examples/gallery/LabelsWindow.h"
+#include "examples/gallery/Options.h"
+#include "examples/gallery/ScreenSurface.h"
 #include "gui_lib/base/Keyboard.h"
 #include "host/HostApplication.h"
 

@@ -1,6 +1,6 @@
-#include "LabelsWindow.h"
+#include "examples/gallery/LabelsWindow.h"
 
-#include "Place.h"
+#include "examples/gallery/Place.h"
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/controls/buttons/Button.h"
@@ -10,6 +10,7 @@
 #include "gui_lib/controls/small/TextureView.h"
 #include "gui_lib/windows/ModalWindow.h"
 #include "gui_lib/windows/Window.h"
+#include "platform/vtx/vtxRenderer.h"
 
 namespace {
 
@@ -44,6 +45,7 @@ gui::TextureView* addTurned(gui::Window* window) {
     picture->setAngle(8.0);
     gui::Image::Info info;
     info.align = gui::Align2({gui::Align::Stretch, 0}, {gui::Align::Stretch, 0});
+    info.userTexSampler = vtxRenderer::SamplerMips;
     picture->setImageInfo(info);
     return picture;
 }

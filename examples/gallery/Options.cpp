@@ -1,4 +1,4 @@
-#include "Options.h"
+#include "examples/gallery/Options.h"
 
 #include <charconv>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "Scene.h"
+#include "examples/gallery/Scene.h"
 
 #include <epoxy/gl.h>
 
@@ -154,7 +154,9 @@ osg::Matrixf Scene::getProjection(osg::Vec2i const& size) {
     return osg::Matrixf::perspective(45.0, aspect, 0.1, 100.0);
 }
 
-osg::Matrixf Scene::getView() { return osg::Matrixf::lookAt(osg::Vec3d(0.0, 1.4, 7.0), osg::Vec3d(0.0, 0.6, 0.0), osg::Vec3d(0.0, 1.0, 0.0)); }
+osg::Matrixf Scene::getView() {
+    return osg::Matrixf::lookAt(osg::Vec3d(0.0, 1.4, 7.0), osg::Vec3d(0.0, 0.6, 0.0), osg::Vec3d(0.0, 1.0, 0.0));
+}
 
 osg::Matrixf Scene::getScreenModel(double angle) {
     return osg::Matrixf::rotate(angle, osg::Vec3d(0.0, 1.0, 0.0)) * osg::Matrixf::translate(2.2, -0.36, 1.6);
@@ -188,6 +190,11 @@ void Scene::draw(osg::Vec2i const& size, unsigned texture) {
     glUniform1i(glGetUniformLocation(program_, "picture"), 0);
     glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, texture);
+    if (texture) {
+        // The toolkit samples by objects of its own and leaves the texture's parameters alone.
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    }
 
     using Matrix = osg::Matrixf;
     drawMesh_(box_, Matrix::scale(30.0, 0.05, 30.0) * Matrix::translate(0.0, -1.45, 0.0), {0.20f, 0.24f, 0.31f, 0.0f},

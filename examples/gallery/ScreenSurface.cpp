@@ -1,12 +1,12 @@
-#include "ScreenSurface.h"
+#include "examples/gallery/ScreenSurface.h"
 
 #include <osg/Matrixd>
 
 #include <cmath>
 #include <string>
 
-#include "Place.h"
-#include "Scene.h"
+#include "examples/gallery/Place.h"
+#include "examples/gallery/Scene.h"
 #include "gui_lib/controls/buttons/Button.h"
 #include "gui_lib/controls/buttons/CheckBox.h"
 #include "gui_lib/controls/labels/Static.h"

@@ -1,6 +1,6 @@
-#include "StatesWindow.h"
+#include "examples/gallery/StatesWindow.h"
 
-#include "Place.h"
+#include "examples/gallery/Place.h"
 #include "gui_lib/controls/buttons/Button.h"
 #include "gui_lib/controls/buttons/CheckBox.h"
 #include "gui_lib/controls/buttons/RadioButton.h"
@@ -14,7 +14,7 @@ namespace {
 
 constexpr int margin = 16;
 constexpr int labelWidth = 124;
-constexpr int cellWidth = 76;
+constexpr int cellWidth = 84;
 constexpr int cellHeight = 26;
 constexpr int gap = 6;
 

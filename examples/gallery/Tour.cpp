@@ -1,11 +1,11 @@
-#include "Tour.h"
+#include "examples/gallery/Tour.h"
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
-#include "Gallery.h"
+#include "examples/gallery/Gallery.h"
 #include "gui_lib/widget/Container.h"
 #include "gui_lib/windows/Window.h"
 #include "gui_lib/windows/WindowHeader.h"
@@ -14,6 +14,9 @@
 #include "platform/trace/vtxTraceDevice.h"
 
 namespace {
+
+/// Of the tour, seconds.
+constexpr double frameTime = 1.0 / 30.0;
 
 /// A person's hand: everything goes through the host's input, and a frame runs after each step.
 class Visitor {
@@ -44,8 +47,10 @@ public:
         application_.pushMouseButton(1, false);
         application_.runFrames(2);
     }
+    /// Late enough not to be a double click.
     void click(osg::Vec2i const& point) {
         moveTo(point);
+        wait(0.4);
         press();
         release();
     }
@@ -55,12 +60,18 @@ public:
         application_.pushKey(button, 0, false);
         application_.runFrames(2);
     }
-    void wait(double seconds) { application_.runFrames(static_cast<int>(seconds * 60.0)); }
+    void wait(double seconds) { application_.runFrames(static_cast<int>(seconds / frameTime + 0.5)); }
 
     void picture(char const* name) {
+        std::shared_ptr<vtxTraceLog> const trace = application_.getTraceLog();
+        // A trace of every frame would fill the disk; what is between the stops shows in their frames.
+        if (trace)
+            trace->setRecording(true);
         application_.runFrames(1);
-        if (application_.getTraceLog())
+        if (trace) {
+            trace->setRecording(false);
             return;
+        }
         std::string const path = options_.out + "/" + std::to_string(++count_) + "-" + name + ".png";
         if (application_.saveScreenshot(path.c_str()))
             std::printf("%s\n", path.c_str());
@@ -171,6 +182,9 @@ bool writeTrace(host::HeadlessApplication& application, Options const& options) 
 }  // namespace
 
 bool playTour(host::HeadlessApplication& application, Gallery& gallery, Options const& options) {
+    application.setFrameTime(frameTime);
+    if (application.getTraceLog())
+        application.getTraceLog()->setRecording(false);
     Visitor visitor(application, options);
     visitor.wait(0.5);
     visitor.picture("start");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Options.h"
+#include "examples/gallery/Options.h"
 
 class Gallery;
 

@@ -1,4 +1,4 @@
-#include "TreeDump.h"
+#include "examples/gallery/TreeDump.h"
 
 #include <cstdio>
 

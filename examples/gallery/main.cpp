@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "Gallery.h"
-#include "Options.h"
-#include "Tour.h"
+#include "examples/gallery/Gallery.h"
+#include "examples/gallery/Options.h"
+#include "examples/gallery/Tour.h"
 #include "host/Assets.h"
 #include "host/headless/HeadlessApplication.h"
 #include "host/sdl/SdlApplication.h"

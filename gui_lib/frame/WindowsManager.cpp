@@ -255,7 +255,8 @@ void WindowsManager::raiseWindow(Window* window) {
     if (keptInPlace)
         windows.erase(found);
     bool const wasIn = keptInPlace == window || eraseFrom_(windows, window);
-    if (keptInPlace != window)
+    // Focusing a child of a hidden window must not let it be found under the mouse.
+    if (keptInPlace != window && window->getVisible(false))
         insertByZOrder_(windows, window);
     if (keptInPlace)
         windows.insert(windows.begin() + std::min<std::ptrdiff_t>(keptIndex, std::ssize(windows)), keptInPlace);

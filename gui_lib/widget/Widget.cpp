@@ -75,9 +75,7 @@ void Widget::destroy_() {
         delete this;
 }
 
-unsigned long Widget::getRedrawCount() {
-    return WidgetWorkLists::get().getRedrawCount();
-}
+unsigned long Widget::getRedrawCount() { return WidgetWorkLists::get().getRedrawCount(); }
 
 void Widget::redrawAll() { WidgetWorkLists::get().redrawAll(); }
 

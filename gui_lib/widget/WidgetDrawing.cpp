@@ -7,6 +7,7 @@
 #include "gui_lib/graphics/GraphicCommandGuards.h"
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "gui_lib/widget/AliveGuard.h"
+#include "gui_lib/widget/DebugSkin.h"
 #include "gui_lib/widget/OriginScope.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/widget/WidgetWorkLists.h"
@@ -110,7 +111,7 @@ void Widget::redrawDebugSkin_() {
         return;
     }
     if (!debugSkin) {
-        debugSkin = new skin::Skin(this, true);
+        debugSkin = new DebugSkin(this);
         debugSkin->load("debugSkin");
     }
     debugSkin->redraw();

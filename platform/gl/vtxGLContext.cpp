@@ -47,7 +47,12 @@ bool vtxGLContext::read(qor::string& error) {
         return false;
     }
     bool const khrDebug = version >= (es ? 32 : 43) || epoxy_has_gl_extension("GL_KHR_debug");
-    debug = khrDebug && (getInteger(GL_CONTEXT_FLAGS) & GL_CONTEXT_FLAG_DEBUG_BIT);
+    // Before OpenGL ES 3.2 there are no flags; there the output is on from the start in a debug context and in no
+    // other.
+    if (khrDebug && es && version < 32)
+        debug = glIsEnabled(GL_DEBUG_OUTPUT);
+    else
+        debug = khrDebug && (getInteger(GL_CONTEXT_FLAGS) & GL_CONTEXT_FLAG_DEBUG_BIT);
     clipControl = !es && (version >= 45 || epoxy_has_gl_extension("GL_ARB_clip_control"));
     srgbControl = !es || epoxy_has_gl_extension("GL_EXT_sRGB_write_control");
     indexedBlendEnable = !es;

@@ -166,10 +166,13 @@ vtxFontFace* vtxFontCatalog::findFile_(qor::string const& name, qor::string& err
 }
 
 vtxFontFace* vtxFontCatalog::findFamily_(qor::string const& name) {
+    qor::string const key = vtxGetFamilyKey(name);
     for (vtxFontFace* const face : getShipped()) {
-        if (vtxGetFamilyKey(face->getFullName()) == vtxGetFamilyKey(name))
+        if (vtxGetFamilyKey(face->getFullName()) == key || (key == "monospace" && face->isFixedPitch()))
             return face;
     }
+    if (key == "sans" || key == "sansserif")
+        return findStandIn_({});
     // The family may itself end in a style word, so the longest name is tried first.
     vtxFontStyle style;
     std::string_view family(name);

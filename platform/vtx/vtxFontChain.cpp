@@ -83,6 +83,8 @@ vtxEm vtxFontChain::layOut(std::wstring_view text, qor::vector<vtxPlacedGlyph>& 
 void vtxFontChain::trim() {
     if (pieces_.size() > maxPieces)
         pieces_.clear();
+    if (kerning_.size() > maxPairs)
+        kerning_.clear();
 }
 
 // --- Layout ---

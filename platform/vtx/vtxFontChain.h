@@ -34,7 +34,7 @@ public:
     /// The same width; the glyphs go to `glyphs`.
     vtxEm layOut(std::wstring_view text, qor::vector<vtxPlacedGlyph>& glyphs);
 
-    /// Forgets shaped pieces when there are very many.
+    /// Forgets shaped pieces and kerned pairs when there are very many.
     void trim();
 
 private:
@@ -50,6 +50,7 @@ private:
     };
     static constexpr char32_t asciiCount = 128;
     static constexpr size_t maxPieces = 8192;
+    static constexpr size_t maxPairs = 65536;
 
     template <typename Sink>
     vtxEm walk_(std::wstring_view text, Sink&& sink);

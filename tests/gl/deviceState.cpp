@@ -320,6 +320,29 @@ TEST_P(GLState, AFramebufferOfSamplesCanBeReadAndDrawnTo) {
     EXPECT_NE(gl.readHost().at(2, 2), redPixel);
 }
 
+TEST(GLAttachments, OnlyTheFirstOfSeveralIsWritten) {
+    DeviceFixture gl(EglContext::Api::GL33);
+    GLuint framebuffer = 0, renderbuffers[2] = {};
+    glGenFramebuffers(1, &framebuffer);
+    glGenRenderbuffers(2, renderbuffers);
+    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
+    GLenum const attachments[2] = {GL_COLOR_ATTACHMENT0, GL_COLOR_ATTACHMENT1};
+    for (int i = 0; i < 2; ++i) {
+        glBindRenderbuffer(GL_RENDERBUFFER, renderbuffers[i]);
+        glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, 64, 32);
+        glFramebufferRenderbuffer(GL_FRAMEBUFFER, attachments[i], GL_RENDERBUFFER, renderbuffers[i]);
+    }
+    glDrawBuffers(2, attachments);
+    glClearColor(0.0f, 1.0f, 0.0f, 1.0f);
+    glClear(GL_COLOR_BUFFER_BIT);
+    Quads quads;
+    quads.add(0, 0, 64, 32, colours::red);
+    gl.draw(quads);
+    EXPECT_EQ(gl.readHost().at(5, 5), redPixel);
+    glReadBuffer(GL_COLOR_ATTACHMENT1);
+    EXPECT_EQ(gl.readHost().at(5, 5), greenPixel);
+}
+
 TEST_P(GLState, ASteadyFrameAllocatesNothing) {
     vtxDeviceHandle const texture = gl.makeTexture(1, 1, {255, 0, 0, 255});
     Quads quads;

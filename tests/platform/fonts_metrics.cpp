@@ -100,6 +100,8 @@ TEST_F(Fonts, AFontIsFoundByFileAndByFamilyWithStyleWords) {
     int const semi = width(font("Inter-SemiBold.otf", 50), L"mmmm");
     EXPECT_EQ(width(font("Inter SemiBold", 50), L"mmmm"), semi);
     EXPECT_EQ(width(font("Inter Semi Bold", 50), L"mmmm"), semi);
+    EXPECT_EQ(font("sans-serif", 50), regular);
+    EXPECT_EQ(font("monospace", 50), font("JetBrains Mono", 50));
     EXPECT_EQ(font("Inter", 50), regular) << "one object for one font";
 }
 

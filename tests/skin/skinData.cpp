@@ -216,6 +216,54 @@ TEST(DataLua, WhatIsWrittenReadsBackAsTheSame) {
     EXPECT_EQ(again.getBkg(released, 1)->cellColors, data.getBkg(released, 1)->cellColors);
 }
 
+/// A skin with a part that has a skin of its own, and one with only data.
+class WholeSkin : public Skin {
+public:
+    WholeSkin() : Skin(nullptr, true), part(nullptr, true), item(nullptr) {}
+    void loadSubSkins_(lua_State* L) override {
+        loadSubSkin_(L, "part", &part);
+        loadSubSkin_(L, "item", item);
+    }
+    void unloadSubSkins_(lua_State* L) const override {
+        unloadSubSkin_(L, "part", &part);
+        unloadSubSkin_(L, "item", item);
+    }
+
+    Skin part;
+    Data item;
+};
+
+TEST(SkinLua, AWholeSkinIsWrittenSoThatItReadsBack) {
+    LuaText lua;
+    WholeSkin skin;
+    lua.push(
+        "{skinData = {params = {textLineHeight = 1}, skins = {"
+        "part = {skinData = {params = {textLineHeight = 2}, states = {hover = {{bkg = {file = 'p'}}}}}},"
+        "item = {skinData = {params = {textLineHeight = 3}}}}}}");
+    skin.loadFromScript(lua);
+    EXPECT_EQ(lua.getTop(), 1);
+    EXPECT_EQ(skin.item.getTextLineHeight(), 3);
+    EXPECT_FALSE(skin.item.getLoaded());
+    EXPECT_TRUE(skin.part.getSkinData()->getLoaded());
+    lua.push("{}");
+    skin.putIntoScript(lua);
+    std::string const written = lua.describeTop();
+    WholeSkin again;
+    again.loadFromScript(lua);
+    EXPECT_EQ(bkgFile(*again.part.getSkinData(), hover, 1), "p");
+    lua.push("{}");
+    again.putIntoScript(lua);
+    EXPECT_EQ(lua.describeTop(), written);
+    EXPECT_EQ(lua.getTop(), 3);
+
+    for (char const* table :
+         {"{skinData = {skins = {part = 1, item = {skinData = 1}}}}", "{skinData = {skins = 1}}", "5"}) {
+        lua.push(table);
+        again.loadFromScript(lua);
+    }
+    EXPECT_EQ(again.item.getTextLineHeight(), 3);
+}
+
 TEST(DataCopy, GivesTheResolvedLooksAndKeepsTheOthersOwn) {
     LuaText lua;
     Data source(nullptr);

@@ -23,13 +23,17 @@ size_t getQorCount() {
 }
 
 #ifndef VORLEX_KEEP_OPERATOR_NEW
-void* allocate(size_t size, size_t alignment) {
+void* tryAllocate(size_t size, size_t alignment) {
     ++threadNews;
     if (size == 0)
         size = 1;
-    void* const memory = alignment > alignof(std::max_align_t)
-                             ? std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment)
-                             : std::malloc(size);
+    return alignment > alignof(std::max_align_t)
+               ? std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment)
+               : std::malloc(size);
+}
+
+void* allocate(size_t size, size_t alignment) {
+    void* const memory = tryAllocate(size, alignment);
     if (!memory)
         throw std::bad_alloc();
     return memory;
@@ -43,6 +47,15 @@ void* operator new(size_t size) { return allocate(size, 1); }
 void* operator new[](size_t size) { return allocate(size, 1); }
 void* operator new(size_t size, std::align_val_t alignment) { return allocate(size, size_t(alignment)); }
 void* operator new[](size_t size, std::align_val_t alignment) { return allocate(size, size_t(alignment)); }
+// Libraries use these too (LLVM in the GL driver), and what they give goes to the operators below.
+void* operator new(size_t size, std::nothrow_t const&) noexcept { return tryAllocate(size, 1); }
+void* operator new[](size_t size, std::nothrow_t const&) noexcept { return tryAllocate(size, 1); }
+void* operator new(size_t size, std::align_val_t alignment, std::nothrow_t const&) noexcept {
+    return tryAllocate(size, size_t(alignment));
+}
+void* operator new[](size_t size, std::align_val_t alignment, std::nothrow_t const&) noexcept {
+    return tryAllocate(size, size_t(alignment));
+}
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, size_t) noexcept { std::free(memory); }

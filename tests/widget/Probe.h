@@ -39,6 +39,8 @@ public:
     void change() { this->onChange_(); }
     int childMarks() const { return childMarks_; }
     int redraws() const { return redraws_; }
+    /// The clip rectangle when the widget was drawn last.
+    osg::RectImpl<osg::Vec2i> drawnClip() const { return drawnClip_; }
     void setFocusableFlag(bool focusable) { focusable_ = focusable; }
 
     bool getFocusable() const override { return focusable_ || Base::getFocusable(); }
@@ -81,6 +83,11 @@ protected:
         Base::redraw_();
     }
 
+    void draw_() override {
+        drawnClip_ = this->getClipRect_();
+        Base::draw_();
+    }
+
 private:
     void note_(char const* event) const {
         if (!label_.empty())
@@ -91,6 +98,7 @@ private:
     int childMarks_ = 0;
     int redraws_ = 0;
     bool focusable_ = false;
+    osg::RectImpl<osg::Vec2i> drawnClip_;
 };
 
 using WidgetProbe = Probe<gui::Widget>;

@@ -421,6 +421,29 @@ TEST_F(Windows, AMovedContainerTellsTheWidgetThatComesUnderTheRestingCursor) {
     EXPECT_EQ(takeEvents(), (std::vector<std::string>{"inner enter"}));
 }
 
+TEST_F(Windows, AClipLiesOnTheScreenOrInTheTargetThatIsDrawn) {
+    using Rect = osg::RectImpl<osg::Vec2i>;
+    auto* const outer = new Box;
+    auto* const inner = new Box;
+    outer->setPosition(at(10, 20));
+    outer->setSize(at(100, 80));
+    inner->setPosition(at(1, 2));
+    inner->setSize(at(60, 60));
+    window->insertWidget(outer, -1);
+    outer->insert(inner);
+    auto* const child = inner->add("", 5, 6, 30, 30);
+    for (Box* box : {outer, inner})
+        box->setOwnSkin(new gui::skin::Skin(box, true));
+    GUI::get()->setViewportPosition(at(7, 9));
+    host.frame();
+    osg::Vec2i const origin = at(7 + 100 + 4 + 10 + 1 + 5, 9 + 100 + 35 + 20 + 2 + 6);
+    EXPECT_EQ(child->drawnClip(), Rect(origin, origin + at(30, 30)));
+    outer->setDrawToTarget(true);
+    host.frame();
+    EXPECT_EQ(child->drawnClip(), Rect(6, 8, 36, 38)) << "from the corner of the target";
+    EXPECT_EQ(child->clipRect(), Rect(origin, origin + at(30, 30)));
+}
+
 TEST_F(Windows, AnUnchangedFrameRedrawsNothingAndAllocatesNothing) {
     auto* const child = add(window, "", 10, 10);
     child->setText(L"text");
