@@ -127,6 +127,15 @@ function(vorlex_test_environment result)
         "TSAN_OPTIONS=halt_on_error=1" PARENT_SCOPE)
 endfunction()
 
+# x11_probe, with which tests/x11/run.sh sees the screen and the cursor; needs the X libraries and no other test does.
+function(vorlex_x11_probe)
+    find_package(X11 QUIET)
+    if(X11_FOUND AND X11_Xfixes_FOUND AND NOT VORLEX_SANITIZERS)
+        add_executable(x11_probe tests/x11/probe.cpp)
+        target_link_libraries(x11_probe PRIVATE vorlex_options X11::X11 X11::Xfixes vorlex_image_dependencies)
+    endif()
+endfunction()
+
 # Each folder tests/<name> is the program test_<name> and one entry of ctest; tests/fuzz/<name>.cpp is fuzz_<name>.
 function(vorlex_tests)
     find_package(GTest REQUIRED)
@@ -156,6 +165,7 @@ function(vorlex_tests)
         endif()
     endforeach()
 
+    vorlex_x11_probe()
     add_test(NAME layers COMMAND "${Python3_EXECUTABLE}" tools/layers.py
         WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
 

@@ -71,6 +71,8 @@ bool Gallery::onKey_(gui::KeyboardButton key, bool down) {
         return false;
     if (key == keyF12) {
         debugView_->toggle();
+        if (debugView_->getShown())
+            screen_->printCorners();
         return true;
     }
     if (key == gui::KeyEscape) {

@@ -3,6 +3,7 @@
 #include <osg/Matrixd>
 
 #include <cmath>
+#include <cstdio>
 #include <string>
 
 #include "examples/gallery/Place.h"
@@ -98,6 +99,17 @@ osg::Vec2i ScreenSurface::map_(int x, int y) const {
 osg::Vec2i ScreenSurface::getButtonPoint() const {
     osg::Vec2i const size = button_->getSize();
     return project_(button_->widgetToScreen({size.x() / 2, size.y() / 2}));
+}
+
+void ScreenSurface::printCorners() const {
+    std::printf("surface %d %dx%d in the window", surfaceId_, surfaceWidth, surfaceHeight);
+    for (int const y : {0, surfaceHeight})
+        for (int const x : {0, surfaceWidth}) {
+            osg::Vec2i const point = project_({x, y});
+            std::printf(" %d,%d", point.x(), point.y());
+        }
+    std::printf("\n");
+    std::fflush(stdout);
 }
 
 osg::Vec2i ScreenSurface::project_(osg::Vec2i const& point) const {

@@ -33,6 +33,8 @@ public:
     unsigned getTextureName() const;
     /// The middle of the surface's button in the main window, raw pixels.
     osg::Vec2i getButtonPoint() const;
+    /// To standard output: where the surface's corners show in the main window, raw pixels, row by row.
+    void printCorners() const;
 
 private:
     osg::Vec2i map_(int x, int y) const;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "examples/gallery/Gallery.h"
+#include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/widget/Container.h"
 #include "gui_lib/windows/Window.h"
 #include "gui_lib/windows/WindowHeader.h"
@@ -52,6 +53,13 @@ public:
         moveTo(point);
         wait(0.4);
         press();
+        release();
+    }
+    void drag(osg::Vec2i const& from, osg::Vec2i const& to) {
+        moveTo(from);
+        wait(0.4);
+        press();
+        moveTo(to);
         release();
     }
     void key(gui::KeyboardButton button) {
@@ -128,28 +136,26 @@ void visitControls(Visitor& visitor, Gallery& gallery) {
 
 void visitWindows(Visitor& visitor, Gallery& gallery) {
     gui::Window* const states = gallery.getStates();
-    visitor.moveTo(visitor.at(*states->getHeader(), {60, 10}));
-    visitor.press();
-    visitor.moveTo(visitor.at(*states->getHeader(), {160, 130}));
-    visitor.release();
+    osg::Vec2i const home = visitor.at(*states->getHeader(), {60, 10});
+    osg::Vec2i const away = visitor.at(*states->getHeader(), {160, 130});
+    visitor.drag(home, away);
     visitor.picture("window-dragged");
+    visitor.drag(away, home);
     gui::Window* const labels = gallery.getLabels();
     if (gui::Widget* const flash = findByText(labels, L"Flash"))
         visitor.click(visitor.centre(*flash));
     visitor.wait(2.5);
     visitor.picture("label-flashed");
     osg::Vec2i const corner = visitor.at(*labels, labels->getSize() - osg::Vec2i(2, 2));
-    visitor.moveTo(corner);
-    visitor.press();
-    visitor.moveTo(corner + osg::Vec2i(-10, 60));
-    visitor.release();
+    visitor.drag(corner, corner + osg::Vec2i(-10, 60));
     visitor.picture("window-resized");
     if (gui::Widget* const ask = findByText(labels, L"Ask..."))
         visitor.click(visitor.centre(*ask));
     visitor.wait(0.5);
     visitor.picture("modal-window");
-    visitor.click({static_cast<int>(0.5f * static_cast<float>(gui::Application::get()->getWidth())) - 72,
-                   static_cast<int>(0.5f * static_cast<float>(gui::Application::get()->getHeight())) + 30});
+    if (gui::WindowBase* const question = gui::WindowsManager::get(0)->getActiveWindow())
+        if (gui::Widget* const yes = findByText(question, L"Yes"))
+            visitor.click(visitor.centre(*yes));
 }
 
 void visitScreen(Visitor& visitor, Gallery& gallery) {

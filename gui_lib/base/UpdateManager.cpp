@@ -19,22 +19,20 @@ bool UpdateManager::TargetList::append(UpdateTarget* target) {
     return true;
 }
 
-bool UpdateManager::TargetList::erase(UpdateTarget* target, bool keepSlots) {
+void UpdateManager::TargetList::erase(UpdateTarget* target, bool keepSlots) {
     auto found = indices_.find(target);
     if (found == indices_.end())
-        return false;
+        return;
     slots_[found->second] = nullptr;
-    hasHoles_ = true;
     indices_.erase(found);
-    if (!keepSlots)
+    // Closing the holes only once they are the half keeps a removal cheap among many.
+    if (!keepSlots && indices_.size() <= slots_.size() / 2)
         compact();
-    return true;
 }
 
 void UpdateManager::TargetList::compact() {
-    if (!hasHoles_)
+    if (indices_.size() == slots_.size())
         return;
-    hasHoles_ = false;
     std::size_t kept = 0;
     for (UpdateTarget* target : slots_) {
         if (!target)
@@ -48,7 +46,6 @@ void UpdateManager::TargetList::compact() {
 void UpdateManager::TargetList::clear() {
     slots_.clear();
     indices_.clear();
-    hasHoles_ = false;
 }
 
 // --- UpdateManager ---

@@ -39,22 +39,21 @@ public:
 
 private:
     friend class GUI;
-    /// Targets in order; a slot is null after a removal inside a running walk.
+    /// Targets in order; a slot is null after a removal, until the list is compacted.
     class TargetList {
     public:
         bool append(UpdateTarget* target);
-        bool erase(UpdateTarget* target, bool keepSlots);
+        /// A removed target leaves an empty slot; `keepSlots` forbids to close such slots at once.
+        void erase(UpdateTarget* target, bool keepSlots);
         bool contains(UpdateTarget* target) const { return indices_.find(target) != indices_.end(); }
         void compact();
         void clear();
-        bool empty() const { return indices_.empty(); }
         std::size_t size() const { return slots_.size(); }
         UpdateTarget* operator[](std::size_t index) const { return slots_[index]; }
 
     private:
         qor::vector<UpdateTarget*> slots_;
         qor::hash_map<UpdateTarget*, std::size_t> indices_;
-        bool hasHoles_ = false;
     };
     class TickScope;
 

@@ -111,6 +111,8 @@ void GUI::destroy() {
 }
 
 GUI::~GUI() {
+    // Callbacks of dying widgets may ask for the end once more.
+    ++busy_;
     // Skins and Lua bindings see no state from here on, while widgets that die below may still fire callbacks.
     QOR_lua_close(std::exchange(luaState, nullptr));
     skin::ShaderEffectManager::destroy_();

@@ -27,6 +27,8 @@ char const* const logTag = "HOST";
 constexpr int logError = 64;
 /// No limit is asked for at or above this.
 constexpr int unlimitedFramerate = 1000;
+/// Where the mouse is said to be while it is over something else, pixels: nothing of the toolkit is there.
+constexpr int farOutside = -10000;
 
 SDL_SystemCursor getSystemCursor(int cursor) {
     switch (cursor) {
@@ -72,6 +74,7 @@ struct SdlApplication::Impl {
     void handleButton(SDL_MouseButtonEvent const& event);
     void handleMotion(SDL_MouseMotionEvent const& event);
     void handleWheel(SDL_MouseWheelEvent const& event);
+    void leave();
     osg::Vec2i toPixels(int x, int y) const;
     osg::Vec2i getDrawableSize() const;
     float getPixelRatio() const;
@@ -346,10 +349,17 @@ void SdlApplication::Impl::handleWindow(SDL_WindowEvent const& event) {
         case SDL_WINDOWEVENT_FOCUS_GAINED:
             application.onActivate(true);
             break;
+        case SDL_WINDOWEVENT_LEAVE:
+            // With a button held the mouse is still followed.
+            if (SDL_GetMouseState(nullptr, nullptr) == 0)
+                leave();
+            break;
         default:
             break;
     }
 }
+
+void SdlApplication::Impl::leave() { application.pushMouseMove(farOutside, farOutside); }
 
 void SdlApplication::Impl::handleKey(SDL_KeyboardEvent const& event) {
     bool const down = event.type == SDL_KEYDOWN;
@@ -397,8 +407,13 @@ void SdlApplication::Impl::handleButton(SDL_MouseButtonEvent const& event) {
     application.pushRawMouse(info);
     application.pushMouseMove(point.x(), point.y());
     // While a button is held the mouse is followed outside the window too.
-    SDL_CaptureMouse(down || SDL_GetMouseState(nullptr, nullptr) != 0 ? SDL_TRUE : SDL_FALSE);
+    bool const held = down || SDL_GetMouseState(nullptr, nullptr) != 0;
+    SDL_CaptureMouse(held ? SDL_TRUE : SDL_FALSE);
     application.pushMouseButton(event.button, down);
+    bool const inside =
+        point.x() >= 0 && point.y() >= 0 && point.x() < application.getWidth() && point.y() < application.getHeight();
+    if (!held && !inside)
+        leave();
 }
 
 void SdlApplication::Impl::handleWheel(SDL_MouseWheelEvent const& event) {

@@ -205,9 +205,10 @@ TEST(Destruction, AnyWidgetMayDieInsideAnyCallbackOfAnyWidget) {
         for (std::size_t holder = 0; holder < 5; ++holder) {
             for (std::size_t victim = 0; victim < 5; ++victim) {
                 SCOPED_TRACE(testing::Message() << event.name << ", held by " << holder << ", ends " << victim);
+                // Outlives the scene, whose end calls out too.
+                bool ran = false;
                 Scene scene;
                 host.frame();
-                bool ran = false;
                 event.attach(*scene.all()[holder], [&ran, &scene, victim] {
                     ran = true;
                     Widget::destroy(scene.live(victim));
