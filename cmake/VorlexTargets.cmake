@@ -149,7 +149,7 @@ function(vorlex_tests)
     file(GLOB entries CONFIGURE_DEPENDS LIST_DIRECTORIES true "${PROJECT_SOURCE_DIR}/tests/*")
     foreach(entry IN LISTS entries)
         cmake_path(GET entry FILENAME name)
-        if(NOT IS_DIRECTORY "${entry}" OR name MATCHES "^(support|fuzz|consumer|x11|golden)$")
+        if(NOT IS_DIRECTORY "${entry}" OR name MATCHES "^(support|fuzz|consumer|x11|tour|golden)$")
             continue()
         endif()
         if(VORLEX_ONLY_TESTS AND NOT name IN_LIST VORLEX_ONLY_TESTS)
@@ -168,6 +168,13 @@ function(vorlex_tests)
     vorlex_x11_probe()
     add_test(NAME layers COMMAND "${Python3_EXECUTABLE}" tools/layers.py
         WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
+    add_test(NAME docs COMMAND "${Python3_EXECUTABLE}" tools/check-docs.py
+        WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
+    if(TARGET gallery)
+        add_test(NAME tour COMMAND tests/tour/run.sh "${PROJECT_BINARY_DIR}"
+            WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
+        set_tests_properties(tour PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 300)
+    endif()
 
     file(GLOB fuzzers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/fuzz/*.cpp")
     if(VORLEX_SANITIZERS STREQUAL "address")
