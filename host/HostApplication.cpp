@@ -16,9 +16,7 @@ namespace {
 char const* const logTag = "HOST";
 constexpr int logError = 64;
 
-int toPixels(int units, float scale) {
-    return static_cast<int>(std::lround(static_cast<double>(units) * scale));
-}
+int toPixels(int units, float scale) { return static_cast<int>(std::lround(static_cast<double>(units) * scale)); }
 
 }  // namespace
 
@@ -52,9 +50,13 @@ bool HostApplication::start(HostOptions const& options) {
 }
 
 void HostApplication::stop() {
-    if (!std::exchange(started_, false))
+    if (!started_)
         return;
     gui::GUI::destroy();
+    // Refused, with a log line, from inside a frame: what GUI still needs stays then.
+    if (gui::GUI::get())
+        return;
+    started_ = false;
     if (std::exchange(rendererMade_, false))
         vtxRenderer::destroy();
     destroyWindow_();
@@ -64,12 +66,15 @@ void HostApplication::stop() {
 
 void HostApplication::runFrame() {
     pumpInput_();
+    callUpdateCallbacks_();
+    // Not before: what runs above may stop the host.
     gui::GUI* const gui = gui::GUI::get();
     if (!gui)
         return;
-    callUpdateCallbacks_();
     gui->processMessages();
     gui::UpdateManager::get().updateTargets();
+    // What the tick changed shows in this frame: a tooltip would come up with the words of the one before it.
+    gui->redraw(false);
     beginPicture_();
     gui->doRedraw();
     gui->parse();
@@ -83,13 +88,9 @@ void HostApplication::runFrame() {
     ++frameCount_;
 }
 
-void HostApplication::update() {
-    runFrame();
-}
+void HostApplication::update() { runFrame(); }
 
-void HostApplication::processModal() {
-    runFrame();
-}
+void HostApplication::processModal() { runFrame(); }
 
 bool HostApplication::saveScreenshot(char const* path) {
     qor::vector<unsigned char> const pixels = readPicture_();
@@ -104,9 +105,7 @@ bool HostApplication::saveScreenshot(char const* path) {
 
 // --- Size and scale ---
 
-float HostApplication::getDisplayScale_() {
-    return 1.0f;
-}
+float HostApplication::getDisplayScale_() { return 1.0f; }
 
 void HostApplication::setScale(float scale) {
     followsDisplayScale_ = false;
@@ -195,20 +194,12 @@ void HostApplication::releaseAllInput() {
         pushMouseButton(button, false);
 }
 
-bool HostApplication::getMouseButtonDown(int button) const {
-    return buttonsDown_.count(button) != 0;
-}
+bool HostApplication::getMouseButtonDown(int button) const { return buttonsDown_.count(button) != 0; }
 
-bool HostApplication::getKeyDown(gui::KeyboardButton button) const {
-    return keysDown_.count(button) != 0;
-}
+bool HostApplication::getKeyDown(gui::KeyboardButton button) const { return keysDown_.count(button) != 0; }
 
-void HostApplication::getCursorSize(osg::Vec2i& size) const {
-    size = osg::Vec2i(32, 32);
-}
+void HostApplication::getCursorSize(osg::Vec2i& size) const { size = osg::Vec2i(32, 32); }
 
-void HostApplication::getCursorScreenPosition(osg::Vec2i& position) const {
-    position = cursor_;
-}
+void HostApplication::getCursorScreenPosition(osg::Vec2i& position) const { position = cursor_; }
 
 }  // namespace host

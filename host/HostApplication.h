@@ -27,7 +27,7 @@ struct HostOptions {
 /// The part of a host that needs no display: input state, the order of a frame, and start and end in the right order.
 /// A subclass supplies a context, a clock, a clipboard and where input comes from.
 /// Order: `start`, then `runFrame` until `getRunning` is false, then `stop`. A frame: pump input, update callbacks,
-/// processMessages, updateTargets, doRedraw, parse, the scene, draw, present.
+/// processMessages, updateTargets, redraw, doRedraw, parse, surfaces, the scene, draw, present.
 /// Coordinates: points are raw pixels of the main window.
 class VORLEX_API HostApplication : public gui::Application {
 public:

@@ -110,7 +110,8 @@ return function(colors)
     -- A surface with a caption: what push buttons look like, and toggle buttons while they are off.
     local function control(state)
         return {
-            bkg = surface(bordered("button"), colors.control[state]),
+            -- Pressed it is sunk in: without the lit edge.
+            bkg = surface(bordered(state == "pressed" and "panel" or "button"), colors.control[state]),
             text = text(colors.controlText[state], fonts.medium, center),
         }
     end
@@ -157,13 +158,13 @@ return function(colors)
             local look = colors.header[state == "disabled" and "disabled" or "released"][inner]
             return {
                 bkg = surface("header", look.fill, look.line),
-                text = text(look.title, fonts.strong, align("left", 14)),
+                text = text(look.title, fonts.strong, align("left", 16)),
             }
         end),
         { closeButton = closeButton })
 
     local view = skin(
-        { insets = insets(12), focusRectColor = colors.focus },
+        { insets = insets(16), focusRectColor = colors.focus },
         { disabled = { [1] = { bkg = surface("footer", colors.windowDisabled) } } })
 
     local function window()
@@ -183,7 +184,7 @@ return function(colors)
               checkSize = 18, checkGap = 8, pictureSize = 18, pictureGap = 8 },
             states(3, function(state, inner)
                 local off = inner == 1
-                local left = align("left")
+                local left = align("left", -1) -- the cells have a unit of air around the box
                 return {
                     picture = image(shape .. (off and "Fill" or "Core"),
                         off and colors.field[state] or colors.accentText[state], left),
@@ -248,11 +249,11 @@ return function(colors)
         end)),
 
         switchButtonSkin = skin(controlParams, states(3, function(state, inner)
-            if inner == 2 then
-                return outlined(state)
+            if inner > 1 then
+                return (inner == 2 and chosen or outlined)(state)
             end
             return {
-                bkg = inner == 1 and surface("fill", colors.segment[state]) or surface("tonal", colors.fieldRing[state]),
+                bkg = surface("fill", colors.segment[state]),
                 text = text(colors.segmentText[state], fonts.medium, center),
             }
         end)),
@@ -281,7 +282,7 @@ return function(colors)
             end)),
 
         panelSkin = skin(
-            { insets = insets(12), focusRectColor = colors.focus },
+            { insets = insets(8), focusRectColor = colors.focus },
             states(1, function(state) return { bkg = panelBkg(state) } end)),
 
         horzScrollBarSkin = scrollBar(true, true),

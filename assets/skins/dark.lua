@@ -38,7 +38,7 @@ Skin = dofile("skins/common.lua") {
     outline = { released = "0x5b94f5ff", hover = "0x9dc1ffff", pressed = "0x3a6fd0ff", disabled = "0x4f6691ff" },
     outlineText = { released = "0x9dc1ffff", hover = "0xd3e3ffff", pressed = "0x9dc1ffff", disabled = "0x8a92a0ff" },
 
-    segment = { released = "0x14171cff", hover = "0x2c333fff", pressed = "0x0a0c0fff", disabled = "0x262b33ff" },
+    segment = { released = "0x2a303aff", hover = "0x3f4857ff", pressed = "0x0e1014ff", disabled = "0x23272fff" },
     segmentText = { released = "0xb9c0ccff", hover = "0xe8ebf0ff", pressed = "0xe8ebf0ff", disabled = "0x8a92a0ff" },
 
     field = { released = "0x14171cff", hover = "0x2c333fff", pressed = "0x434c5cff", disabled = "0x262b33ff" },

@@ -20,24 +20,24 @@ namespace {
 constexpr int margin = 16;
 constexpr int contentWidth = 328;
 
-gui::Static* addHeading(gui::Window* window, int y, std::wstring_view text) {
-    return place(window, new gui::Static, {margin, y, contentWidth, 24}, text);
+void addHeading(gui::Window* window, int y, std::wstring_view text) {
+    placeHeading(window, {margin, y, contentWidth, 24}, text);
 }
 
 void addButtons(gui::Window* window, gui::Static* status) {
-    auto* const button = place(window, new gui::Button, {margin, 44, 104, 32}, L"Press me");
+    auto* const button = place(window, new gui::Button, {margin, 40, 104, 32}, L"Press me");
     button->setTooltipText(L"A click counts when the mouse is released inside.");
     button->setTabOrder(1);
     on(button, gui::Widget::changeCallbackName, [status, count = 0]() mutable {
         ++count;
         status->setText(L"Pressed " + std::to_wstring(count) + (count == 1 ? L" time." : L" times."));
     });
-    auto* const toggle = place(window, new gui::ToggleButton, {128, 44, 104, 32}, L"Toggle");
+    auto* const toggle = place(window, new gui::ToggleButton, {128, 40, 104, 32}, L"Toggle");
     toggle->setTooltipText(L"Stays down until it is clicked again.");
     toggle->setTabOrder(2);
     on(toggle, gui::Widget::changeCallbackName,
        [status, toggle] { status->setText(toggle->getState() > 0 ? L"Toggle is on." : L"Toggle is off."); });
-    auto* const disabled = place(window, new gui::Button, {240, 44, 104, 32}, L"Disabled");
+    auto* const disabled = place(window, new gui::Button, {240, 40, 104, 32}, L"Disabled");
     disabled->setEnabled(false);
 }
 
@@ -64,7 +64,7 @@ void addChecks(gui::Window* window, gui::Static* status) {
 }
 
 void addSwitches(gui::Window* window, gui::Static* status) {
-    auto* const group = place(window, new gui::Panel, {margin, 244, contentWidth, 48});
+    auto* const group = place(window, new gui::Panel, {margin, 248, contentWidth, 48});
     wchar_t const* const names[] = {L"Move", L"Turn", L"Scale"};
     for (int i = 0; i < 3; ++i) {
         auto* const button = place(group, new gui::SwitchButton, {8 + i * 106, 8, 100, 32}, names[i]);
@@ -76,16 +76,16 @@ void addSwitches(gui::Window* window, gui::Static* status) {
 }
 
 void addTabs(gui::Window* window) {
-    auto* const tabs = place(window, new gui::Panel, {margin, 328, contentWidth, 124});
+    auto* const tabs = place(window, new gui::Panel, {margin, 336, contentWidth, 96});
     wchar_t const* const names[] = {L"Scene", L"Camera", L"About"};
     wchar_t const* const texts[] = {L"Six columns, a cube and a screen\nthat shows a surface of its own.",
                                     L"The camera stands still;\nthe screen turns.",
                                     L"Windows, widgets and skins\nover a live scene."};
     for (int i = 0; i < 3; ++i) {
-        auto* const page = place(tabs, new gui::Static, {12, 48, contentWidth - 24, 64}, texts[i]);
+        auto* const page = place(tabs, new gui::Static, {16, 48, contentWidth - 32, 40}, texts[i]);
         page->getWidgetSkin()->getSkinData()->setTextWrapping(true);
         page->setVisible(i == 0);
-        auto* const item = place(tabs, new gui::TabGroupItem(i == 0), {8 + i * 106, 4, 100, 32}, names[i]);
+        auto* const item = place(tabs, new gui::TabGroupItem(i == 0), {8 + i * 106, 8, 100, 32}, names[i]);
         on(item, gui::TabGroupItem::showCallbackName, [page] { page->setVisible(true); });
         on(item, gui::TabGroupItem::hideCallbackName, [page] { page->setVisible(false); });
     }
@@ -98,15 +98,15 @@ gui::Window* makeControlsWindow() {
     window->setName(L"controls");
     window->setText(L"Controls");
 
-    gui::Static* const status = addHeading(window, 12, L"Nothing pressed.");
+    auto* const status = place(window, new gui::Static, {margin, 12, contentWidth, 24}, L"Nothing pressed.");
     status->setName(L"status");
     addButtons(window, status);
-    addHeading(window, 88, L"Check boxes and a radio group");
+    addHeading(window, 84, L"Check boxes and a radio group");
     addChecks(window, status);
-    addHeading(window, 216, L"A group of switches");
+    addHeading(window, 220, L"A group of switches");
     addSwitches(window, status);
-    addHeading(window, 300, L"Tabs");
+    addHeading(window, 308, L"Tabs");
     addTabs(window);
-    fitWindow(window, {2 * margin + contentWidth, 468});
+    fitWindow(window, {2 * margin + contentWidth, 448});
     return window;
 }

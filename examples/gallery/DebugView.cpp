@@ -14,14 +14,33 @@
 #include "platform/qor/Memory.h"
 #include "platform/vtx/vtxRenderer.h"
 
+namespace {
+
+void alignRight(gui::Static& label) {
+    gui::skin::Data* const data = label.getWidgetSkin()->getSkinData();
+    data->setTextWrapping(true);
+    if (gui::Text::Info const* const look = data->getText(gui::skin::InteractiveStateReleased, 1)) {
+        gui::Text::Info right = *look;
+        right.align.setHorzAlign(gui::Align(gui::Align::Max, 0));
+        data->setText(&right, gui::skin::InteractiveStateReleased, 1);
+    }
+}
+
+}  // namespace
+
 DebugView::DebugView() : window_(new gui::Window) {
     window_->setName(L"frame");
     window_->setText(L"Frame");
     window_->setZOrder(1);
-    window_->setSize({230, 200});
-    window_->setPosition({gui::GUI::get()->getScreenSize().x() - 236, 16});
-    text_ = place(window_, new gui::Static, {16, 8, 188, 128});
-    text_->getWidgetSkin()->getSkinData()->setTextWrapping(true);
+    place(window_, new gui::Static, {16, 12, 96, 128},
+          L"Runs\nQuads\nTargets\nUploads\nRedraws\nAllocations\nFrame, ms")
+        ->getWidgetSkin()
+        ->getSkinData()
+        ->setTextWrapping(true);
+    values_ = place(window_, new gui::Static, {112, 12, 72, 128});
+    alignRight(*values_);
+    fitWindow(window_, {200, 152});
+    window_->setPosition({19, gui::GUI::get()->getScreenSize().y() - window_->getSize().y() - 19});
     updateCallback_ = std::make_shared<std::function<void()>>([this] { update(); });
     gui::Application::get()->addUpdateCallback(updateCallback_);
 }
@@ -30,8 +49,8 @@ DebugView::~DebugView() { gui::Application::get()->removeUpdateCallback(updateCa
 
 void DebugView::toggle() {
     shown_ = !shown_;
-    gui::GUI::get()->setDebugDraw(shown_);
     window_->setVisible(shown_);
+    gui::GUI::get()->setDebugDraw(shown_);
     if (shown_) {
         std::fputs(dumpTree().c_str(), stdout);
         std::fflush(stdout);
@@ -47,11 +66,10 @@ void DebugView::update() {
     double const now = gui::Application::get()->getTime();
     if (shown_) {
         char text[192];
-        std::snprintf(text, sizeof(text),
-                      "Runs: %u\nQuads: %u\nTargets: %u\nUploads: %u\nRedraws: %lu\nAllocations: %zu\nFrame: %.1f ms",
-                      counters.runs, counters.quads, counters.targets, counters.uploads, redraws - redraws_,
-                      allocations - allocations_, (now - frameStart_) * 1000.0);
-        text_->setText(std::wstring(text, text + std::char_traits<char>::length(text)));
+        std::snprintf(text, sizeof(text), "%u\n%u\n%u\n%u\n%lu\n%zu\n%.1f", counters.runs, counters.quads,
+                      counters.targets, counters.uploads, redraws - redraws_, allocations - allocations_,
+                      (now - frameStart_) * 1000.0);
+        values_->setText(std::wstring(text, text + std::char_traits<char>::length(text)));
     }
     allocations_ = allocations;
     redraws_ = redraws;

@@ -26,7 +26,7 @@ public:
 
 private:
     gui::Window* window_ = nullptr;
-    gui::Static* text_ = nullptr;
+    gui::Static* values_ = nullptr;
     std::shared_ptr<std::function<void()>> updateCallback_;
     bool shown_ = false;
     std::size_t allocations_ = 0;

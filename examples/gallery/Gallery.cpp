@@ -1,5 +1,6 @@
 #include "examples/gallery/Gallery.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "examples/gallery/ControlsWindow.h"
@@ -56,11 +57,13 @@ Gallery::~Gallery() {
 }
 
 void Gallery::arrange_() {
-    constexpr int margin = 24;
+    // Seen are 24 units between windows, which have 5 of shadow around them.
+    constexpr int margin = 19;
     controls_->setPosition({margin, margin});
-    states_->setPosition({margin + controls_->getSize().x() + 16, margin});
-    int const right = gui::GUI::get()->getScreenSize().x() - labels_.window->getSize().x() - margin;
-    labels_.window->setPosition({right > margin ? right : margin, margin});
+    int const left = margin + controls_->getSize().x();
+    int const right = std::max(gui::GUI::get()->getScreenSize().x() - labels_.window->getSize().x() - margin, margin);
+    labels_.window->setPosition({right, margin});
+    states_->setPosition({std::max(left + (right - left - states_->getSize().x()) / 2, left - 6), margin});
     for (gui::Window* window : {states_, labels_.window, controls_})
         window->setVisible(true);
 }

@@ -19,28 +19,28 @@ constexpr int contentWidth = 328;
 
 void addTexts(gui::Window* window) {
     place(window, new gui::Static, {margin, 12, contentWidth, 24}, L"A plain label: naïve café, Ελληνικά, Кириллица");
-    auto* const wrapped = place(window, new gui::Static, {margin, 40, contentWidth, 64},
+    auto* const wrapped = place(window, new gui::Static, {margin, 40, contentWidth, 40},
                                 L"A long text wraps at the edge of its label, and words that would not fit go to the "
                                 L"next line.");
     wrapped->getWidgetSkin()->getSkinData()->setTextWrapping(true);
     auto* const shortened =
-        place(window, new gui::Static, {margin, 108, 200, 24}, L"This one ends in dots as soon as the room is over.");
+        place(window, new gui::Static, {margin, 84, 200, 24}, L"This one ends in dots as soon as the room is over.");
     shortened->getWidgetSkin()->getSkinData()->setUseEllipsis(true);
 }
 
 void addFade(gui::Window* window) {
-    auto* const fading = place(window, new gui::AnimatedColorStatic, {margin, 140, 200, 32}, L"Fades to a colour");
-    auto* const button = place(window, new gui::Button, {240, 140, 104, 32}, L"Flash");
+    auto* const fading = place(window, new gui::AnimatedColorStatic, {margin, 116, 200, 32}, L"Fades to a colour");
+    auto* const button = place(window, new gui::Button, {240, 116, 104, 32}, L"Flash");
     button->setTooltipText(L"Fades the text to orange and back.");
     on(button, gui::Widget::changeCallbackName, [fading] { fading->setTextColor({1.0f, 0.55f, 0.1f, 1.0f}); });
 }
 
 gui::TextureView* addTurned(gui::Window* window) {
-    auto* const stage = place(window, new gui::Panel, {margin, 184, contentWidth, 132});
-    auto* const turned = place(stage, new gui::Static, {12, 20, 130, 24}, L"A turned label");
+    auto* const stage = place(window, new gui::Panel, {margin, 160, contentWidth, 112});
+    auto* const turned = place(stage, new gui::Static, {20, 28, 130, 24}, L"A turned label");
     turned->setPivotPoint({0, 12});
     turned->setAngle(-20.0);
-    auto* const picture = place(stage, new gui::TextureView, {172, 26, 128, 80});
+    auto* const picture = place(stage, new gui::TextureView, {176, 16, 128, 80});
     picture->setPivotPoint({64, 40});
     picture->setAngle(8.0);
     gui::Image::Info info;
@@ -51,20 +51,20 @@ gui::TextureView* addTurned(gui::Window* window) {
 }
 
 void addTargets(gui::Window* window) {
-    auto* const faint = place(window, new gui::Button, {margin, 328, 104, 32}, L"Half opaque");
+    auto* const faint = place(window, new gui::Button, {margin, 284, 104, 32}, L"Half opaque");
     faint->setOpacity(0.5f);
-    auto* const large = place(window, new gui::Button, {128, 328, 104, 32}, L"Zoomed");
+    auto* const large = place(window, new gui::Button, {128, 284, 104, 32}, L"Zoomed");
     large->setZoom(1.25f);
-    auto* const dialog = place(window, new gui::Button, {240, 328, 104, 32}, L"Ask...");
+    auto* const dialog = place(window, new gui::Button, {240, 284, 104, 32}, L"Ask...");
     dialog->setTooltipText(L"Opens a window that takes all input until it is answered.");
     on(dialog, gui::Widget::changeCallbackName, [] {
         auto* const modal = new gui::ModalWindow(false);
         modal->setLockFlow(false);
         modal->setText(L"A question");
-        modal->setSize({280, 140});
-        place(modal, new gui::Static, {margin, 12, 240, 24}, L"Go on?");
-        auto* const yes = place(modal, new gui::Button, {margin, 48, 104, 32}, L"Yes");
+        place(modal, new gui::Static, {margin, 12, 216, 24}, L"Go on?");
+        auto* const yes = place(modal, new gui::Button, {128, 48, 104, 32}, L"Yes");
         on(yes, gui::Widget::changeCallbackName, [modal] { modal->gui::WindowBase::kill(); });
+        fitWindow(modal, {248, 96});
         modal->centerWindow();
         modal->setVisible(true);
     });
@@ -82,6 +82,6 @@ LabelsWindow makeLabelsWindow() {
     addFade(result.window);
     result.picture = addTurned(result.window);
     addTargets(result.window);
-    fitWindow(result.window, {2 * margin + contentWidth, 376});
+    fitWindow(result.window, {2 * margin + contentWidth, 332});
     return result;
 }

@@ -7,7 +7,10 @@
 #include <string_view>
 #include <utility>
 
+#include "gui_lib/Skin/Data.h"
+#include "gui_lib/Skin/Skin.h"
 #include "gui_lib/base/CallbackTypes.h"
+#include "gui_lib/controls/labels/Static.h"
 #include "gui_lib/widget/Widget.h"
 #include "gui_lib/windows/WindowBase.h"
 #include "gui_lib/windows/WindowView.h"
@@ -28,6 +31,19 @@ Child* place(Parent* parent, Child* child, Box const& box, std::wstring_view tex
     child->setSize({box.width, box.height});
     parent->insertWidget(child, -1);
     return child;
+}
+
+/// A label in stronger letters.
+template <class Parent>
+gui::Static* placeHeading(Parent* parent, Box const& box, std::wstring_view text) {
+    auto* const heading = place(parent, new gui::Static, box, text);
+    gui::skin::Data* const data = heading->getWidgetSkin()->getSkinData();
+    if (gui::Text::Info const* const look = data->getText(gui::skin::InteractiveStateReleased, 1)) {
+        gui::Text::Info strong = *look;
+        strong.font = "fonts/Inter-SemiBold.otf";
+        data->setText(&strong, gui::skin::InteractiveStateReleased, 1);
+    }
+    return heading;
 }
 
 /// Sizes a window so that its view has room for `content`.

@@ -42,7 +42,7 @@ char const* const fragmentBody =
     "        vec2 cell = abs(fract(worldPosition.xz) - 0.5);\n"
     "        grid = smoothstep(0.46, 0.49, max(cell.x, cell.y));\n"
     "    }\n"
-    "    base = mix(base, base * 1.7, grid);\n"
+    "    base = mix(base, base * 1.25, grid);\n"
     "    vec4 top = texture(picture, textureUv) * textured;\n"
     "    base = base * (1.0 - top.a) + top.rgb;\n"
     "    float fog = clamp((length(worldPosition) - 6.0) / 18.0, 0.0, 1.0);\n"
@@ -159,7 +159,7 @@ osg::Matrixf Scene::getView() {
 }
 
 osg::Matrixf Scene::getScreenModel(double angle) {
-    return osg::Matrixf::rotate(angle, osg::Vec3d(0.0, 1.0, 0.0)) * osg::Matrixf::translate(2.2, -0.36, 1.6);
+    return osg::Matrixf::rotate(angle, osg::Vec3d(0.0, 1.0, 0.0)) * osg::Matrixf::translate(2.25, -0.58, 1.4);
 }
 
 void Scene::drawMesh_(Mesh const& mesh, osg::Matrixf const& model, osg::Vec4f const& color, float textured) const {
@@ -203,16 +203,16 @@ void Scene::draw(osg::Vec2i const& size, unsigned texture) {
                                     {3.4f, 1.2f, -3.0f},  {5.2f, 2.2f, -6.0f},  {-6.5f, 1.4f, -6.5f}};
     for (auto const& [x, height, z] : columns)
         drawMesh_(box_, Matrix::scale(0.45, height, 0.45) * Matrix::translate(x, height - 1.4, z),
-                  {0.33f, 0.40f, 0.52f, 1.0f}, 0.0f);
+                  {0.29f, 0.35f, 0.46f, 1.0f}, 0.0f);
     Matrix const cube = Matrix::rotate(angle_ * 1.5, osg::Vec3d(0.3, 1.0, 0.2)) * Matrix::scale(0.5, 0.5, 0.5) *
                         Matrix::translate(-1.9, -0.6, 1.6);
-    drawMesh_(box_, cube, {0.78f, 0.45f, 0.28f, 1.0f}, 0.0f);
+    drawMesh_(box_, cube, {0.36f, 0.45f, 0.62f, 1.0f}, 0.0f);
 
     Matrix const screen = getScreenModel(angle_);
     osg::Vec2f const half = getScreenHalfSize();
-    drawMesh_(box_, Matrix::scale(half.x() + 0.07, half.y() + 0.07, 0.06) * Matrix::translate(0.0, 0.0, -0.07) * screen,
+    drawMesh_(box_, Matrix::scale(half.x() + 0.05, half.y() + 0.05, 0.06) * Matrix::translate(0.0, 0.0, -0.07) * screen,
               {0.13f, 0.15f, 0.19f, 1.0f}, 0.0f);
-    drawMesh_(screen_, screen, {0.06f, 0.07f, 0.09f, 1.0f}, texture ? 1.0f : 0.0f);
+    drawMesh_(screen_, screen, {0.10f, 0.12f, 0.16f, 1.0f}, texture ? 1.0f : 0.0f);
 
     glBindVertexArray(0);
     glUseProgram(0);

@@ -20,7 +20,7 @@ public:
     static osg::Matrixf getView();
     /// Of the screen that has turned by `angle` radians.
     static osg::Matrixf getScreenModel(double angle);
-    static osg::Vec2f getScreenHalfSize() { return {1.2f, 0.75f}; }
+    static osg::Vec2f getScreenHalfSize() { return {1.104f, 0.69f}; }
 
     void setAngle(double radians) { angle_ = radians; }
 

@@ -11,6 +11,7 @@
 #include "gui_lib/controls/buttons/Button.h"
 #include "gui_lib/controls/buttons/CheckBox.h"
 #include "gui_lib/controls/labels/Static.h"
+#include "gui_lib/controls/small/Panel.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/windows/Window.h"
 #include "platform/gl/vtxGLDevice.h"
@@ -21,8 +22,8 @@
 namespace {
 
 /// Of the surface, units: the screen's proportions.
-constexpr int surfaceWidth = 480;
-constexpr int surfaceHeight = 300;
+constexpr int surfaceWidth = 400;
+constexpr int surfaceHeight = 250;
 /// The screen is seen from afar and from the side.
 constexpr int mipLevels = 4;
 /// Nothing of the surface is here.
@@ -37,17 +38,23 @@ ScreenSurface::ScreenSurface() : surfaceId_(gui::GUI::get()->createSurface()) {
     window_->setSurfaceId(surfaceId_);
     window_->setName(L"screen");
     window_->setText(L"In the scene");
-    window_->setPosition({60, 40});
-    window_->setSize({360, 220});
+    window_->setPosition({7, 7});
+    window_->setSize({surfaceWidth - 14, surfaceHeight - 14});
     auto* const label = place(window_, new gui::Static, {16, 12, 280, 24}, L"A surface on a turning screen.");
     label->setName(L"screen status");
-    button_ = place(window_, new gui::Button, {16, 48, 120, 36}, L"Click me");
+    button_ = place(window_, new gui::Button, {16, 40, 120, 32}, L"Click me");
     button_->setName(L"screen button");
     on(button_, gui::Widget::changeCallbackName, [label, count = 0]() mutable {
         ++count;
         label->setText(L"Clicked " + std::to_wstring(count) + (count == 1 ? L" time." : L" times."));
     });
-    place(window_, new gui::CheckBox(1), {160, 54, 130, 24}, L"Enabled");
+    place(window_, new gui::CheckBox(1), {152, 44, 130, 24}, L"Enabled");
+    int const width = window_->getView()->getSize().x() - 32;
+    int const height = window_->getView()->getSize().y() - 84 - 16;
+    auto* const panel = place(window_, new gui::Panel, {16, 84, width, height});
+    auto* const note = place(panel, new gui::Static, {16, 8, width - 32, height - 16},
+                             L"This window lies on an object of the scene, and the mouse finds its way here.");
+    note->getWidgetSkin()->getSkinData()->setTextWrapping(true);
     window_->setVisible(true);
 }
 

@@ -13,9 +13,9 @@
 namespace {
 
 constexpr int margin = 16;
-constexpr int labelWidth = 124;
-constexpr int cellWidth = 84;
-constexpr int cellHeight = 26;
+constexpr int labelWidth = 132;
+constexpr int cellWidth = 108;
+constexpr int cellHeight = 24;
 constexpr int gap = 6;
 
 /// A control that looks as it would in a state, whatever the mouse does.
@@ -56,16 +56,16 @@ public:
     void addHeader() {
         wchar_t const* const names[] = {L"Released", L"Hover", L"Pressed", L"Disabled"};
         for (int state = 0; state < gui::skin::interactiveStateCount; ++state)
-            place(window_, new gui::Static,
-                  {margin + labelWidth + gap + state * (cellWidth + gap), y_, cellWidth, cellHeight}, names[state]);
-        y_ += cellHeight;
+            placeHeading(window_, {margin + labelWidth + gap + state * (cellWidth + gap), y_, cellWidth, cellHeight},
+                         names[state]);
+        y_ += cellHeight + 4;
     }
 
-    int getBottom() const { return y_ + 6; }
+    int getBottom() const { return y_ - gap + margin; }
 
 private:
     gui::Window* window_;
-    int y_ = 8;
+    int y_ = 12;
 };
 
 auto keep = [](auto&) {};

@@ -147,7 +147,7 @@ void visitWindows(Visitor& visitor, Gallery& gallery) {
     visitor.wait(2.5);
     visitor.picture("label-flashed");
     osg::Vec2i const corner = visitor.at(*labels, labels->getSize() - osg::Vec2i(2, 2));
-    visitor.drag(corner, corner + osg::Vec2i(-10, 60));
+    visitor.drag(corner, corner + osg::Vec2i(0, 60));
     visitor.picture("window-resized");
     if (gui::Widget* const ask = findByText(labels, L"Ask..."))
         visitor.click(visitor.centre(*ask));

@@ -33,7 +33,7 @@ public:
         osg::Vec2i size;
         /// Part of the picture; the empty rectangle means all of it.
         osg::RectImpl<osg::Vec2i> rect;
-        /// Number of a texture sampler; 0 leaves the renderer's.
+        /// 0 linear, 1 nearest, 2 linear with mips; 3 is linear, and repeats where it is recorded.
         int userTexSampler = 0;
         bool resizeToFill = false;
         bool tileHorizontally = false;
@@ -64,7 +64,7 @@ public:
     void setSize(osg::Vec2i const& size);
     /// Size to show the picture at: the set one, or the picture's own; (0, 0) without texture.
     osg::Vec2i getSize() const;
-    /// Of the last picture drawn at, within the bounds.
+    /// Where the last layout put the picture within the bounds; tiles line up with it.
     osg::Vec2i getPosition() const { return position; }
     void setInsets(Insets const& insets);
     Insets const& getInsets() const { return insets; }

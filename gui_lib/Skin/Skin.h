@@ -149,16 +149,9 @@ protected:
     /// Whether text lines below the widget's bottom are dropped.
     virtual bool deleteInvisibleTextLines() const;
 
-    /// `source` with its tabs replaced by spaces, in `scratch` where there are any.
+    /// The widget's text with spaces for its tabs. Good until the text changes or the next call.
     qor::basic_string<wchar_t> const& getDisplayText_();
 
-    /// The widget's text with spaces for tabs, kept while neither changes.
-    struct ExpandedText {
-        qor::basic_string<wchar_t> source;
-        qor::basic_string<wchar_t> text;
-        int tabSpaces;
-    };
-    std::unique_ptr<ExpandedText> expanded_;
     Widget* widget = nullptr;
     Data* data = nullptr;
     Bkg* bkg = nullptr;
@@ -176,9 +169,18 @@ protected:
     osg::Vec2i targetSize;
 
 private:
+    /// The widget's text with spaces for tabs, kept while neither changes.
+    struct ExpandedText {
+        qor::basic_string<wchar_t> source;
+        qor::basic_string<wchar_t> text;
+        int tabSpaces;
+    };
+
     osg::Vec2i getWantedTargetSize_() const;
     bool getClipByInsets_(osg::RectImpl<osg::Vec2i>& rect) const;
 
+    /// Null unless the text has tabs.
+    std::unique_ptr<ExpandedText> expanded_;
     /// Place among the data's users; -1 outside.
     int dataUserIndex_ = -1;
 };

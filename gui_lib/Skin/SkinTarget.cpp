@@ -1,4 +1,7 @@
 #include "gui_lib/Skin/Skin.h"
+
+#include <algorithm>
+
 #include "gui_lib/Skin/TargetWidgetScope.h"
 #include "gui_lib/base/Align2.h"
 #include "gui_lib/widget/AliveGuard.h"
@@ -48,8 +51,9 @@ void Skin::updateTarget_() {
         deleteTarget_();
         return;
     }
-    if (target && (target->getSize() != getWantedTargetSize_() || target->getMsaa() != targetMsaa ||
-                   target->getMips() != targetMips))
+    // A target answers with the nearest values that exist, so settings below those must not make a new one each time.
+    if (target && (target->getSize() != getWantedTargetSize_() || target->getMsaa() != std::max(targetMsaa, 0) ||
+                   target->getMips() != std::max(targetMips, 1)))
         deleteTarget_();
     if (!target)
         createTarget_();

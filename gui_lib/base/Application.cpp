@@ -17,7 +17,11 @@ Application::~Application() {
         instance_ = nullptr;
 }
 
-void Application::destroy() { delete std::exchange(instance_, nullptr); }
+void Application::destroy() {
+    // The pointer stays until the end of ~Application: a host that ends GUI as it dies still has to tell the time.
+    delete instance_;
+    instance_ = nullptr;
+}
 
 void Application::createMainWindow(int newWidth, int newHeight, bool newFullScreen) {
     width = newWidth;

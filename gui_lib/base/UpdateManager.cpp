@@ -13,8 +13,17 @@ UpdateManager* UpdateManager::instance_ = nullptr;
 // --- TargetList ---
 
 bool UpdateManager::TargetList::append(UpdateTarget* target) {
-    if (!indices_.emplace(target, slots_.size()).second)
+    if (contains(target))
         return false;
+    if (spares_.empty()) {
+        indices_.emplace(target, slots_.size());
+    } else {
+        Indices::node_type entry = std::move(spares_.back());
+        spares_.pop_back();
+        entry.key() = target;
+        entry.mapped() = slots_.size();
+        indices_.insert(std::move(entry));
+    }
     slots_.push_back(target);
     return true;
 }
@@ -24,7 +33,7 @@ void UpdateManager::TargetList::erase(UpdateTarget* target, bool keepSlots) {
     if (found == indices_.end())
         return;
     slots_[found->second] = nullptr;
-    indices_.erase(found);
+    forget_(found);
     // Closing the holes only once they are the half keeps a removal cheap among many.
     if (!keepSlots && indices_.size() <= slots_.size() / 2)
         compact();
@@ -45,8 +54,11 @@ void UpdateManager::TargetList::compact() {
 
 void UpdateManager::TargetList::clear() {
     slots_.clear();
-    indices_.clear();
+    while (!indices_.empty())
+        forget_(indices_.begin());
 }
+
+void UpdateManager::TargetList::forget_(Indices::iterator place) { spares_.push_back(indices_.extract(place)); }
 
 // --- UpdateManager ---
 

@@ -52,8 +52,14 @@ private:
         UpdateTarget* operator[](std::size_t index) const { return slots_[index]; }
 
     private:
+        using Indices = qor::hash_map<UpdateTarget*, std::size_t>;
+
+        void forget_(Indices::iterator place);
+
         qor::vector<UpdateTarget*> slots_;
-        qor::hash_map<UpdateTarget*, std::size_t> indices_;
+        Indices indices_;
+        /// Entries out of use: tooltips join and leave with every move of the mouse, which must allocate nothing.
+        qor::vector<Indices::node_type> spares_;
     };
     class TickScope;
 

@@ -24,6 +24,7 @@
 #include <lua.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace gui {
@@ -33,8 +34,15 @@ namespace {
 char const* const logTag = "VORLEX";
 constexpr int logError = 64;
 
-osg::Vec2i divide(osg::Vec2i const& value, float scale) {
-    return {qor::truncateToInt(double(value.x()) / scale), qor::truncateToInt(double(value.y()) / scale)};
+/// Cuts a converted coordinate towards 0. A scale such as 1.1 is not exact: what it misses a whole number by is given
+/// back first, or 1408 pixels would be 1279 units and not 1280.
+int truncateConverted(double value) {
+    constexpr double scaleError = 0.001;
+    return qor::truncateToInt(value + std::copysign(scaleError, value));
+}
+
+osg::Vec2i divide(osg::Vec2i const& value, double scale) {
+    return {truncateConverted(value.x() / scale), truncateConverted(value.y() / scale)};
 }
 
 osg::Vec2i identity(int x, int y) { return {x, y}; }
@@ -181,7 +189,7 @@ void GUI::draw() {
 int GUI::createSurface() {
     int const id = int(surfaces.size());
     surfaces.emplace_back();
-    surfaces.back().mouseFunc = identity;
+    surfaces.back().mouseFunc = std::make_shared<SurfaceMouseFunc const>(identity);
     auto manager = std::make_unique<WindowsManager>(id);
     surfaces[std::size_t(id)].windowsManager = std::move(manager);
     return id;
@@ -245,11 +253,8 @@ void GUI::drawOffscreenWindow(OffscreenWindow* window, osg::Vec2i const& size, o
 void GUI::setSurfaceMouseFunc(int id, SurfaceMouseFunc function) {
     if (!getSurfaceIdValid(id))
         return;
-    SurfaceMouseFunc& target = surfaces[std::size_t(id)].mouseFunc;
-    if (function)
-        target = std::move(function);
-    else
-        target = identity;
+    surfaces[std::size_t(id)].mouseFunc =
+        std::make_shared<SurfaceMouseFunc const>(function ? std::move(function) : identity);
 }
 
 void GUI::setSurfaceMouseCursorCallback(int id, std::function<void(bool, int, WindowBase*)> callback) {
@@ -260,7 +265,8 @@ void GUI::setSurfaceMouseCursorCallback(int id, std::function<void(bool, int, Wi
 osg::Vec2i GUI::getMousePosition(int surfaceId) const {
     if (!getSurfaceIdValid(surfaceId))
         return mousePosition;
-    return surfaces[std::size_t(surfaceId)].mouseFunc(mousePosition.x(), mousePosition.y());
+    auto const function = surfaces[std::size_t(surfaceId)].mouseFunc;
+    return (*function)(mousePosition.x(), mousePosition.y());
 }
 
 // --- Overlays and custom windows ---
@@ -320,32 +326,38 @@ float GUI::getScaleFactor() const { return 1.0f / vtxRenderer::get()->getScale()
 
 osg::RectImpl<osg::Vec2i> GUI::screenToViewport(osg::RectImpl<osg::Vec2i> const& rect) const {
     double const scale = vtxRenderer::get()->getScale();
-    int const left = qor::truncateToInt(rect.x1 * scale + screenPosition.x());
-    int const top = qor::truncateToInt(rect.y1 * scale + screenPosition.y());
-    int const width = qor::truncateToInt((double(rect.x2) - rect.x1) * scale);
-    int const height = qor::truncateToInt((double(rect.y2) - rect.y1) * scale);
+    int const left = truncateConverted(rect.x1 * scale + screenPosition.x());
+    int const top = truncateConverted(rect.y1 * scale + screenPosition.y());
+    int const width = truncateConverted((double(rect.x2) - rect.x1) * scale);
+    int const height = truncateConverted((double(rect.y2) - rect.y1) * scale);
     return {left, top, qor::truncateToInt(double(left) + width), qor::truncateToInt(double(top) + height)};
 }
 
 osg::RectImpl<osg::Vec2i> GUI::viewportToScreen(osg::RectImpl<osg::Vec2i> const& rect) const {
     double const scale = vtxRenderer::get()->getScale();
-    int const left = qor::truncateToInt(rect.x1 / scale - screenPosition.x());
-    int const top = qor::truncateToInt(rect.y1 / scale - screenPosition.y());
-    int const width = qor::truncateToInt((double(rect.x2) - rect.x1) / scale);
-    int const height = qor::truncateToInt((double(rect.y2) - rect.y1) / scale);
+    int const left = truncateConverted(rect.x1 / scale - screenPosition.x());
+    int const top = truncateConverted(rect.y1 / scale - screenPosition.y());
+    int const width = truncateConverted((double(rect.x2) - rect.x1) / scale);
+    int const height = truncateConverted((double(rect.y2) - rect.y1) / scale);
     return {left, top, qor::truncateToInt(double(left) + width), qor::truncateToInt(double(top) + height)};
 }
 
 osg::Vec2i GUI::convertFromRawScreenPosition(int x, int y) const {
     double const scale = vtxRenderer::get()->getScale();
-    return {qor::truncateToInt((double(x) * mouseScale.x() + mouseOffset.x()) / scale - screenPosition.x()),
-            qor::truncateToInt((double(y) * mouseScale.y() + mouseOffset.y()) / scale - screenPosition.y())};
+    auto const convert = [scale](double raw, double factor, int offset, int screen) {
+        return truncateConverted((raw * factor + offset) / scale - screen);
+    };
+    return {convert(x, mouseScale.x(), mouseOffset.x(), screenPosition.x()),
+            convert(y, mouseScale.y(), mouseOffset.y(), screenPosition.y())};
 }
 
 osg::Vec2i GUI::convertToRawScreenPosition(int x, int y) const {
     double const scale = vtxRenderer::get()->getScale();
-    return {qor::truncateToInt(((double(screenPosition.x()) + x) * scale - mouseOffset.x()) / mouseScale.x()),
-            qor::truncateToInt(((double(screenPosition.y()) + y) * scale - mouseOffset.y()) / mouseScale.y())};
+    auto const convert = [scale](double unit, double factor, int offset, int screen) {
+        return truncateConverted(((screen + unit) * scale - offset) / factor);
+    };
+    return {convert(x, mouseScale.x(), mouseOffset.x(), screenPosition.x()),
+            convert(y, mouseScale.y(), mouseOffset.y(), screenPosition.y())};
 }
 
 // --- Settings ---

@@ -224,7 +224,8 @@ private:
     struct SurfaceEntry {
         WindowBase* window = nullptr;
         std::unique_ptr<WindowsManager> windowsManager;
-        SurfaceMouseFunc mouseFunc;
+        /// Shared, so that it may replace itself or make a surface while it runs. Null in overlays and custom windows.
+        std::shared_ptr<SurfaceMouseFunc const> mouseFunc;
     };
     class BusyScope;
 

@@ -148,7 +148,7 @@ void GUI::onMouseMoveMessage(osg::Vec2i const& position) {
                   [&position](MouseListener& listener) { listener.onMouseMove(position.x(), position.y()); });
     deliverToSurfaces_([this, &position](WindowsManager& manager, std::size_t index) {
         auto const function = surfaces[index].mouseFunc;
-        return manager.onMouseMove(function(position.x(), position.y()));
+        return manager.onMouseMove((*function)(position.x(), position.y()));
     });
 }
 
@@ -216,7 +216,7 @@ void GUI::addRawMouseListener(RawMouseListener* listener) { addUnique(rawMouseLi
 void GUI::removeRawMouseListener(RawMouseListener* listener) { removeOne(rawMouseListeners, listener); }
 
 void GUI::addKeyboardCallback(std::shared_ptr<KeyboardCallback> callback) {
-    if (std::find(keyboardCallbacks.begin(), keyboardCallbacks.end(), callback) == keyboardCallbacks.end())
+    if (callback && std::find(keyboardCallbacks.begin(), keyboardCallbacks.end(), callback) == keyboardCallbacks.end())
         keyboardCallbacks.push_back(std::move(callback));
 }
 
@@ -232,11 +232,7 @@ bool GUI::processKeyboardCallbacks(KeyboardButton key, int modifiers, bool down)
     for (auto const& callback : copy) {
         bool const stillAdded =
             std::find(keyboardCallbacks.begin(), keyboardCallbacks.end(), callback) != keyboardCallbacks.end();
-        if (!stillAdded)
-            continue;
-        if (!callback)
-            throw std::bad_function_call();
-        if ((*callback)(key, modifiers, down))
+        if (stillAdded && (*callback)(key, modifiers, down))
             handled = true;
     }
     return handled;

@@ -63,11 +63,10 @@ void TooltipUpdateTarget::update(double time) {
         return;
     }
     if (!tooltip->getVisible(false)) {
-        if (!manager_.prepareTooltip()) {
+        if (manager_.prepareTooltip())
+            tooltip->setVisible(true);
+        else
             stop();
-            return;
-        }
-        tooltip->setVisible(true);
     }
     tooltip->setPosition(tooltip->calcScreenPosition());
 }

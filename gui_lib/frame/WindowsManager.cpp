@@ -24,16 +24,33 @@ namespace {
 
 using WindowCopy = qor::small_vector<WindowBase*, 16>;
 
-/// Sets a flag for a scope.
-class FlagScope {
+/// Gives a field another value for a scope.
+template <class T>
+class ValueScope {
 public:
-    explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
-    ~FlagScope() { flag_ = false; }
-    FlagScope(FlagScope const&) = delete;
-    FlagScope& operator=(FlagScope const&) = delete;
+    ValueScope(T& field, T value) : field_(field), before_(std::exchange(field, value)) {}
+    ~ValueScope() { field_ = before_; }
+    ValueScope(ValueScope const&) = delete;
+    ValueScope& operator=(ValueScope const&) = delete;
 
 private:
-    bool& flag_;
+    T& field_;
+    T before_;
+};
+
+/// Tells after a call out whether the window died, or was shown or hidden by what was called: then that nested call has
+/// had the last word.
+class ShowGuard {
+public:
+    explicit ShowGuard(WindowBase const* window)
+        : alive_(window), window_(window), visible_(window->getVisible(false)) {}
+
+    bool overtaken() const { return alive_.dead() || window_->getVisible(false) != visible_; }
+
+private:
+    AliveGuard alive_;
+    WindowBase const* window_;
+    bool visible_;
 };
 
 int zOrderOf(Window const* window) { return window->getZOrder(); }
@@ -163,7 +180,7 @@ void WindowsManager::tellCaptureReleased_() {
     // A "released" callback that releases again must not be called again.
     if (!widget || releasing_)
         return;
-    FlagScope scope(releasing_);
+    ValueScope const scope(releasing_, true);
     widget->onMouseReleased();
 }
 
@@ -203,13 +220,13 @@ void WindowsManager::insertByZOrder_(WindowList& list, WindowType* window) {
 void WindowsManager::showWindow(Window* window) {
     if (window->getAsWidget())
         return;
-    AliveGuard const guard(window);
+    ShowGuard const guard(window);
     closePopups_(false);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     if (eraseFrom_(windows, window))
         cursorHolder->onLeft(window);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     insertByZOrder_(windows, window);
     cursorHolder->onArrived(window);
@@ -219,16 +236,16 @@ void WindowsManager::showWindow(Window* window) {
 void WindowsManager::hideWindow(Window* window) {
     if (window->getAsWidget())
         return;
-    AliveGuard const guard(window);
+    ShowGuard const guard(window);
     closePopups_(false);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     window->setFocused(false);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     if (eraseFrom_(windows, window))
         cursorHolder->onLeft(window);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     releaseCaptureOf_(window);
     updateHover_();
@@ -276,16 +293,16 @@ void WindowsManager::unfocusOthers_(Window* window) {
 void WindowsManager::showModal(ModalWindow* window) {
     if (window->getAsWidget())
         return;
-    AliveGuard const guard(window);
+    ShowGuard const guard(window);
     tellCaptureReleased_();
     captureHandler = nullptr;
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     closePopups_(false);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     window->setFocused(true);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     eraseFrom_(modals, window);
     modals.push_back(window);
@@ -296,12 +313,12 @@ void WindowsManager::showModal(ModalWindow* window) {
 void WindowsManager::hideModal(ModalWindow* window) {
     if (window->getAsWidget())
         return;
-    AliveGuard const guard(window);
+    ShowGuard const guard(window);
     closePopups_(false);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     window->setFocused(false);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     eraseFrom_(modals, window);
     cursorHolder->onLeft(window);
@@ -311,12 +328,12 @@ void WindowsManager::hideModal(ModalWindow* window) {
 void WindowsManager::showPopup(PopupWindow* window) {
     if (window->getAsWidget())
         return;
-    AliveGuard const guard(window);
+    ShowGuard const guard(window);
     window->setFocused(true);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     window->setActive(true);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     eraseFrom_(popups, window);
     popups.push_back(window);
@@ -327,12 +344,12 @@ void WindowsManager::showPopup(PopupWindow* window) {
 void WindowsManager::hidePopup(PopupWindow* window) {
     if (window->getAsWidget())
         return;
-    AliveGuard const guard(window);
+    ShowGuard const guard(window);
     window->setFocused(false);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     window->setActive(false);
-    if (guard.dead())
+    if (guard.overtaken())
         return;
     eraseFrom_(popups, window);
     cursorHolder->onLeft(window);
@@ -395,8 +412,11 @@ void WindowsManager::updateHover_() {
     if (entered == hoveredWindow)
         return;
     WidgetHandler* const enteredHandler = entered ? entered->getHandler() : nullptr;
-    if (hoveredWindow)
+    // A window that is hearing of the leave already is not told again.
+    if (hoveredWindow && hoveredWindow->getHandler() != leavingHandler_) {
+        ValueScope const leaving(leavingHandler_, hoveredWindow->getHandler());
         hoveredWindow->onMouseLeave(point);
+    }
     // A leave callback may have hidden or ended windows; if that updated the hover, the nested update has decided.
     if (hoverUpdates_ != update)
         return;
@@ -594,6 +614,8 @@ bool WindowsManager::prepareTooltip() {
     skin::Skin* const source = widget->getTooltipSkin() ? widget->getTooltipSkin() : defaultTooltipSkin;
     source->copyTo(shown->getWidgetSkin());
     shown->setText(widget->getTooltipText());
+    // The same text in another skin takes another size.
+    shown->setSize(shown->calcSize());
     return true;
 }
 

@@ -151,6 +151,7 @@ private:
     WindowBase* transparentWindow = nullptr;
     WidgetHandler* tooltipHandler_ = nullptr;
     unsigned hoverUpdates_ = 0;
+    WidgetHandler* leavingHandler_ = nullptr;
     bool releasing_ = false;
 };
 

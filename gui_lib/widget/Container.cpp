@@ -6,9 +6,9 @@
 #include "gui_lib/layouts/Layout.h"
 #include "gui_lib/layouts/LayoutHandler.h"
 #include "gui_lib/widget/AliveGuard.h"
+#include "gui_lib/widget/WholeZoom.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "platform/qor/Log.h"
-#include "platform/qor/Truncate.h"
 
 #include <algorithm>
 #include <utility>
@@ -19,11 +19,6 @@ namespace {
 
 osg::Vec2i greater(osg::Vec2i const& a, osg::Vec2i const& b) {
     return osg::Vec2i(std::max(a.x(), b.x()), std::max(a.y(), b.y()));
-}
-
-osg::Vec2i scaleByWholeZoom(osg::Vec2i const& limit, float zoom) {
-    double const factor = qor::truncateToInt(zoom);
-    return osg::Vec2i(qor::truncateToInt(limit.x() * factor), qor::truncateToInt(limit.y() * factor));
 }
 
 }  // namespace

@@ -8,21 +8,15 @@
 #include "gui_lib/widget/CallbackTables.h"
 #include "gui_lib/widget/Container.h"
 #include "gui_lib/widget/OriginScope.h"
+#include "gui_lib/widget/WholeZoom.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/widget/WidgetWorkLists.h"
-#include "platform/qor/Truncate.h"
 
 #include <algorithm>
 
 namespace gui {
 
 namespace {
-
-/// Scales a limit by the whole part of the zoom: 1.5 scales by 1, and 0.5 gives 0, no limit.
-osg::Vec2i scaleByWholeZoom(osg::Vec2i const& limit, float zoom) {
-    double const factor = qor::truncateToInt(zoom);
-    return osg::Vec2i(qor::truncateToInt(limit.x() * factor), qor::truncateToInt(limit.y() * factor));
-}
 
 int clampToLimits(int value, int least, int most) {
     if (least > 0)

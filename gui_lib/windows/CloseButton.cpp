@@ -15,6 +15,10 @@ CloseButton::CloseButton(WindowBase& newWindow, skin::ButtonSkin* borrowedSkin)
 
 CloseButton::~CloseButton() {
     beginDestruction_();
+    returnSkin();
+}
+
+void CloseButton::returnSkin() {
     if (skin)
         skin->setWidget(nullptr);
     skin = nullptr;

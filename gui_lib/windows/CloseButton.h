@@ -16,6 +16,9 @@ public:
     CloseButton(WindowBase& window, skin::ButtonSkin* borrowedSkin);
     ~CloseButton() override;
 
+    /// Lets go of the borrowed skin; the button shows nothing from then on.
+    void returnSkin();
+
     // Widget:
     char const* getWidgetType() const override;
     bool getFocusable() const override;

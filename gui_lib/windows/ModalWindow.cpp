@@ -23,6 +23,8 @@ ModalWindow::~ModalWindow() {
 }
 
 void ModalWindow::copyParams(ModalWindow* target) const {
+    if (!target)
+        return;
     target->setText(getText());
     target->setPosition(getPosition());
     target->setSize(getSize());
@@ -46,18 +48,14 @@ Widget* ModalWindow::clone() const {
     return copy;
 }
 
-char const* ModalWindow::getWidgetType() const {
-    return "ModalWindow";
-}
+char const* ModalWindow::getWidgetType() const { return "ModalWindow"; }
 
 void ModalWindow::kill() {
     killed = true;
     setVisible(false);
 }
 
-void ModalWindow::onCloseButton_() {
-    onClose_();
-}
+void ModalWindow::onCloseButton_() { onClose_(); }
 
 void ModalWindow::onVisibleChanged_(bool newVisible) {
     AliveGuard const guard(this);

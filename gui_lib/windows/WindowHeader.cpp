@@ -62,8 +62,12 @@ void WindowHeader::removeWidget_(Widget* widget) {
 }
 
 void WindowHeader::forgetChild_(WidgetHandler const* child) {
-    if (child == closeButtonHandler)
+    if (child == closeButtonHandler && closeButton) {
+        // One that lives on elsewhere may outlive the skin that it has borrowed.
+        if (WidgetHandler::get(child))
+            closeButton->returnSkin();
         closeButton = nullptr;
+    }
     if (child == draggerHandler)
         dragger = nullptr;
 }
@@ -106,18 +110,20 @@ void WindowHeader::onSizeChanged_(osg::Vec2i const& newSize) {
 void WindowHeader::placeCloseButton_(osg::Vec2i const& corner, osg::Vec2i const& area) {
     if (!closeButton)
         return;
-    AliveGuard const button(closeButton);
+    // A callback may destroy the button or take it out of the header.
+    CloseButton* const button = closeButton;
+    AliveGuard const guard(button);
     skin::WindowHeaderData const* const data = getSkin()->getHeaderData();
     Align2 const align(data->getCloseButtonHorzAlign(), data->getCloseButtonVertAlign());
-    closeButton->setText(qor::utf8_to_wchar(data->getCloseButtonText()));
+    button->setText(qor::utf8_to_wchar(data->getCloseButtonText()));
     // Square; a size limit of the button's skin may change it.
-    closeButton->setSize(osg::Vec2i(area.y(), area.y()));
-    if (button.dead())
+    button->setSize(osg::Vec2i(area.y(), area.y()));
+    if (guard.dead())
         return;
-    osg::RectImpl<osg::Vec2i> const place = align.calc(closeButton->getSize(), area);
-    closeButton->setPosition(corner + place.leftTop());
-    if (button.alive())
-        closeButton->setSize(place.size());
+    osg::RectImpl<osg::Vec2i> const place = align.calc(button->getSize(), area);
+    button->setPosition(corner + place.leftTop());
+    if (guard.alive())
+        button->setSize(place.size());
 }
 
 }  // namespace gui

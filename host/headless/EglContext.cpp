@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr char const* tag = "VORLEX-HOST";
+constexpr char const* tag = "HOST";
 constexpr int errorLevel = 64;
 
 /// Opened once and never closed: closing would unload the driver, and with it what leak checkers need to name its
@@ -106,14 +106,18 @@ std::unique_ptr<EglContext> EglContext::create(Api api, osg::Vec2i const& size, 
 EglContext::EglContext(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
 
 EglContext::~EglContext() {
-    bool const current = eglGetCurrentContext() == impl_->context;
+    EGLenum const api = eglQueryAPI();
+    EGLContext const current = eglGetCurrentContext();
     makeCurrent();
     glDeleteFramebuffers(1, &impl_->framebuffer);
     glDeleteRenderbuffers(1, &impl_->colour);
     glDeleteRenderbuffers(1, &impl_->depth);
-    if (current)
-        eglMakeCurrent(impl_->display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    eglMakeCurrent(impl_->display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     eglDestroyContext(impl_->display, impl_->context);
+    // Another context that was current goes on being so.
+    eglBindAPI(api);
+    if (current != EGL_NO_CONTEXT && current != impl_->context)
+        eglMakeCurrent(impl_->display, EGL_NO_SURFACE, EGL_NO_SURFACE, current);
 }
 
 void EglContext::makeCurrent() {

@@ -8,17 +8,14 @@
 #include "platform/qor/Log.h"
 #include "platform/qor/RandomObject.h"
 #include "platform/trace/vtxTraceDevice.h"
+#include "platform/vtx/vtxFontManager.h"
 #include "platform/vtx/vtxRenderer.h"
 
 namespace host {
 
-HeadlessApplication::HeadlessApplication(BackEnd backEnd) : backEnd_(backEnd) {
-    RandomObject::setProgramSeed(1);
-}
+HeadlessApplication::HeadlessApplication(BackEnd backEnd) : backEnd_(backEnd) { RandomObject::setProgramSeed(1); }
 
-HeadlessApplication::~HeadlessApplication() {
-    stop();
-}
+HeadlessApplication::~HeadlessApplication() { stop(); }
 
 // --- Context and renderer ---
 
@@ -35,6 +32,14 @@ void HeadlessApplication::createWindow_(int newWidth, int newHeight, bool) {
 }
 
 bool HeadlessApplication::createRenderer_() {
+    if (!createRendererOverBackEnd_())
+        return false;
+    // The same pictures on every machine.
+    vtxRenderer::get()->getFontManager()->setSystemFontsUsed(false);
+    return true;
+}
+
+bool HeadlessApplication::createRendererOverBackEnd_() {
     if (backEnd_ == BackEnd::Trace) {
         auto device = std::make_unique<vtxTraceDevice>(osg::Vec2i(width, height));
         traceLog_ = device->getLog();
@@ -44,13 +49,9 @@ bool HeadlessApplication::createRenderer_() {
     return device && vtxRenderer::create(std::move(device)) != nullptr;
 }
 
-void HeadlessApplication::destroyWindow_() {
-    context_.reset();
-}
+void HeadlessApplication::destroyWindow_() { context_.reset(); }
 
-unsigned HeadlessApplication::getGLErrorCount() const {
-    return context_ ? context_->getErrorCount() : 0;
-}
+unsigned HeadlessApplication::getGLErrorCount() const { return context_ ? context_->getErrorCount() : 0; }
 
 // --- Frame ---
 
@@ -80,9 +81,7 @@ void HeadlessApplication::beginPicture_() {
         context_->bindFramebuffer();
 }
 
-void HeadlessApplication::present_() {
-    time_ += frameTime_;
-}
+void HeadlessApplication::present_() { time_ += frameTime_; }
 
 qor::vector<unsigned char> HeadlessApplication::readPicture_() {
     return context_ ? context_->readPixels() : qor::vector<unsigned char>();

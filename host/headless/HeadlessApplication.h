@@ -12,8 +12,8 @@ class vtxTraceLog;
 namespace host {
 
 /// A host without a display, for tests, tours and servers: pixels by EGL without a window, or no pixels at all but a
-/// trace of what was drawn. The clock is virtual, random numbers are seeded the same each run, input comes from steps
-/// and from the caller.
+/// trace of what was drawn. The clock is virtual, random numbers are seeded the same each run, only shipped fonts are
+/// used, input comes from steps and from the caller.
 class VORLEX_API HeadlessApplication : public HostApplication {
 public:
     enum class BackEnd {
@@ -62,6 +62,8 @@ private:
         double time;
         std::function<void()> function;
     };
+
+    bool createRendererOverBackEnd_();
 
     BackEnd backEnd_;
     std::unique_ptr<EglContext> context_;

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "gui_lib/frame/GUI.h"
@@ -46,6 +47,22 @@ SDL_SystemCursor getSystemCursor(int cursor) {
     }
 }
 
+bool isModifierEvent(SDL_Event const& event) {
+    if (event.type != SDL_KEYDOWN && event.type != SDL_KEYUP)
+        return false;
+    switch (event.key.keysym.sym) {
+        case SDLK_LSHIFT:
+        case SDLK_RSHIFT:
+        case SDLK_LCTRL:
+        case SDLK_RCTRL:
+        case SDLK_LALT:
+        case SDLK_RALT:
+            return event.key.repeat == 0;
+        default:
+            return false;
+    }
+}
+
 void saveNumberedScreenshot(char const*) {
     auto* const application = dynamic_cast<HostApplication*>(gui::Application::get());
     if (!application)
@@ -67,6 +84,7 @@ struct SdlApplication::Impl {
     explicit Impl(SdlApplication& owner) : application(owner) {}
 
     void setCursor(int cursor);
+    bool takeEvent(SDL_Event& event);
     void handle(SDL_Event const& event);
     void handleWindow(SDL_WindowEvent const& event);
     void handleKey(SDL_KeyboardEvent const& event);
@@ -85,6 +103,8 @@ struct SdlApplication::Impl {
     SDL_Window* window = nullptr;
     SDL_GLContext context = nullptr;
     bool initialized = false;
+    /// Taken from the queue, not yet handled.
+    std::optional<SDL_Event> waiting;
     gui::KeyboardButton lastKey = gui::KeyNone;
     std::map<SDL_SystemCursor, SDL_Cursor*> cursors;
     qor::string screenshotPath;
@@ -93,9 +113,7 @@ struct SdlApplication::Impl {
 
 SdlApplication::SdlApplication() : impl_(std::make_unique<Impl>(*this)) {}
 
-SdlApplication::~SdlApplication() {
-    stop();
-}
+SdlApplication::~SdlApplication() { stop(); }
 
 void SdlApplication::run() {
     while (getRunning())
@@ -118,8 +136,8 @@ void SdlApplication::createWindow_(int newWidth, int newHeight, bool newFullScre
     Uint32 flags = SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI;
     if (newFullScreen)
         flags |= SDL_WINDOW_FULLSCREEN_DESKTOP;
-    impl_->window = SDL_CreateWindow(title_.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, newWidth, newHeight,
-                                     flags);
+    impl_->window =
+        SDL_CreateWindow(title_.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, newWidth, newHeight, flags);
     impl_->context = impl_->window ? SDL_GL_CreateContext(impl_->window) : nullptr;
     if (!impl_->context) {
         qor_logf(logTag, logError, "No OpenGL 3.3 window: %s. Install or enable a GL driver, or run headless.",
@@ -300,9 +318,28 @@ float SdlApplication::Impl::getDisplayScale() const {
 // --- Events ---
 
 void SdlApplication::pumpInput_() {
+    // The toolkit asks which modifiers are held when it takes the frame's messages. So a modifier that changes after a
+    // press waits for the next frame, and all that follows with it.
+    bool pressed = false;
     SDL_Event event;
-    while (SDL_PollEvent(&event))
+    while (impl_->takeEvent(event)) {
+        bool const modifier = isModifierEvent(event);
+        if (modifier && pressed) {
+            impl_->waiting = event;
+            return;
+        }
+        pressed = pressed || (event.type == SDL_KEYDOWN && !modifier) || event.type == SDL_MOUSEBUTTONDOWN ||
+                  event.type == SDL_MOUSEWHEEL;
         impl_->handle(event);
+    }
+}
+
+bool SdlApplication::Impl::takeEvent(SDL_Event& event) {
+    if (!waiting)
+        return SDL_PollEvent(&event) != 0;
+    event = *waiting;
+    waiting.reset();
+    return true;
 }
 
 void SdlApplication::Impl::handle(SDL_Event const& event) {

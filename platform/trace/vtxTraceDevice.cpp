@@ -279,6 +279,9 @@ void vtxTraceDevice::updateGeometry(vtxDeviceHandle geometry, qor::vector<vtxVer
     qor::AllowAllocations const allow;
     log_->addLine_("updateGeometry G%u vertices %zu indices %zu", geometry, vertices.size(),
                    indices ? indices->size() : 0);
+    if (indices)
+        log_->addLine_("  indices %016llx",
+                       static_cast<unsigned long long>(qor::fnv1a(indices->data(), indices->size() * sizeof(int))));
     for (vtxVertex const& vertex : vertices)
         log_->addLine_("  vertex %s color %s uv %s", join(vertex.x, vertex.y, vertex.z).c_str(),
                        join(vertex.r, vertex.g, vertex.b, vertex.a).c_str(), join(vertex.u, vertex.v).c_str());

@@ -108,8 +108,8 @@ public:
 
     // --- Passes: between open and close the device may change the host's state, and puts it back ---
     /// The front half never nests passes: what draws inside one (a target, say) joins it. The host's framebuffer is
-    /// bound after it. Every other call but getMaxTextureSize, getTraceWanted, traceOperation and reportMisuse comes in
-    /// a pass.
+    /// bound after it. Every other call but getMaxTextureSize, getTargetTexture, getTraceWanted, traceOperation and
+    /// reportMisuse comes in a pass.
     virtual void openPass() = 0;
     virtual void closePass() = 0;
 

@@ -64,7 +64,8 @@ bool vtxEffectRecord::makeProgram_() {
 void vtxEffectRecord::drawEffect(int primitive, int primitiveCount, int first) {
     if (!passOpen_)
         core_.report(vtxMisuse::EffectPass, "drawEffect");
-    if (primitive != vtxGeometry::PrimitiveTriangles || !geometry_ || !core_.requirePass("drawEffect"))
+    if (primitive != vtxGeometry::PrimitiveTriangles || !geometry_ || !core_.requirePass("drawEffect") ||
+        !core_.requireFinite(projection_, "drawEffect") || !core_.requireFinite(modelView_, "drawEffect"))
         return;
     vtxGeometryRecord* geometry =
         core_.checkGeometry(geometry_, vtxGeometry::PrimitiveTriangles, primitiveCount, first);

@@ -30,11 +30,6 @@ int roundEdge(int value, float scale) {
     return qor::truncateToInt(std::floor(static_cast<double>(value) * scale + 0.5 + 1.0 / 128.0));
 }
 
-bool isFinite(osg::Matrixf const& matrix) {
-    float const* numbers = matrix.ptr();
-    return std::all_of(numbers, numbers + 16, [](float number) { return std::isfinite(number); });
-}
-
 }  // namespace
 
 // --- Life ---
@@ -221,6 +216,14 @@ bool vtxRendererCore::requirePass(char const* operation) {
     return isPassOpen_();
 }
 
+bool vtxRendererCore::requireFinite(osg::Matrixf const& matrix, char const* operation) {
+    float const* const numbers = matrix.ptr();
+    bool const finite = std::all_of(numbers, numbers + 16, [](float number) { return std::isfinite(number); });
+    if (!finite)
+        report(vtxMisuse::BadNumber, operation);
+    return finite;
+}
+
 // --- Targets ---
 
 void vtxRendererCore::renderToTarget(vtxFrameBufferRecord& target, std::function<void()> const& function) {
@@ -296,10 +299,8 @@ void vtxRendererCore::popViewport() {
 }
 
 void vtxRendererCore::setProjectionMatrix(osg::Matrixf const& matrix) {
-    if (!isFinite(matrix)) {
-        report(vtxMisuse::BadNumber, "setProjectionMatrix");
+    if (!requireFinite(matrix, "setProjectionMatrix"))
         return;
-    }
     settings_.projection = matrix;
     viewDirty_ = true;
 }
@@ -315,10 +316,8 @@ void vtxRendererCore::popProjectionMatrix() {
 }
 
 void vtxRendererCore::setModelViewMatrix(osg::Matrixf const& matrix) {
-    if (!isFinite(matrix)) {
-        report(vtxMisuse::BadNumber, "setModelViewMatrix");
+    if (!requireFinite(matrix, "setModelViewMatrix"))
         return;
-    }
     trace("setModelViewMatrix", "%g %g %g %g %g %g", matrix(0, 0), matrix(0, 1), matrix(1, 0), matrix(1, 1),
           matrix(3, 0), matrix(3, 1));
     settings_.modelView = matrix;
@@ -382,7 +381,7 @@ void vtxRendererCore::setGeometry(vtxGeometry* geometry) { settings_.geometry = 
 // --- View ---
 
 Rect vtxRendererCore::getTargetRect_() const {
-    osg::Vec2i const size = target_ ? target_->getStorage().key.size : hostSize_;
+    osg::Vec2i const size = target_ ? target_->key.size : hostSize_;
     return Rect(0, 0, size.x(), size.y());
 }
 
@@ -395,7 +394,7 @@ osg::Matrixf vtxRendererCore::getDeviceProjection(osg::Matrixf const& projection
         return projection;
     // The target's units end inside its last pixel when size times scale is no whole number; squeezing the projection
     // by that part keeps a unit at exactly scale pixels.
-    vtxTextureImage const& image = target_->getStorage().image;
+    vtxTextureImage const& image = target_->image;
     osg::Matrixf squeeze;
     squeeze(0, 0) = image.usedU;
     squeeze(3, 0) = image.usedU - 1.0f;

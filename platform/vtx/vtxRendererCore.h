@@ -55,6 +55,8 @@ public:
     void removeGeometry(vtxGeometryRecord& geometry, vtxDeviceHandle handle);
     /// False, with a report, where no pass is open.
     bool requirePass(char const* operation);
+    /// False, with a report, for a matrix with a number that is not finite.
+    bool requireFinite(osg::Matrixf const& matrix, char const* operation);
     /// What is drawn next is neither queued quads nor part of their run; false if nothing of it can be seen.
     bool beginDirectDraw(vtxDrawState& state);
     /// The geometry, if it lives and holds what a draw from index `first` on asks for; null, with a report, if not.
@@ -178,7 +180,7 @@ private:
     StackHeights base_;
     StackHeights passStart_;
     int deviceDepth_ = 0;
-    vtxFrameBufferRecord* target_ = nullptr;
+    vtxTargetStorage* target_ = nullptr;
 
     mutable qor::mutex creationMutex_;
     qor::hash_set<vtxGeometryRecord*> geometries_;

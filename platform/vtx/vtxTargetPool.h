@@ -28,7 +28,7 @@ struct vtxTargetStorage {
 };
 
 /// Internal: hands out device targets and takes them back for the next frame buffer of the same pixel size, msaa and
-/// mips. `retire`, `age` and `give` may be called from any thread; the others on the drawing thread in a pass.
+/// mips. `age` and `give` may be called from any thread; the others on the drawing thread in a pass.
 class vtxTargetPool {
 public:
     explicit vtxTargetPool(vtxDevice& device) : device_(device) {}

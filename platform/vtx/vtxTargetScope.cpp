@@ -33,7 +33,7 @@ vtxTargetScope::vtxTargetScope(vtxRendererCore& core, vtxFrameBufferRecord& targ
     core_.enterDevice_();
     prepareStorage_(target.getSize());
     if (isReady())
-        begin_(target);
+        begin_();
 }
 
 vtxTargetScope::~vtxTargetScope() {
@@ -63,12 +63,12 @@ void vtxTargetScope::prepareStorage_(osg::Vec2i const& size) {
     image.aloneFailed = !isReady();
 }
 
-void vtxTargetScope::begin_(vtxFrameBufferRecord& target) {
+void vtxTargetScope::begin_() {
     core_.device_->bindTarget(storage_.target);
     core_.device_->clearTarget();
     storage_.image.bound = true;
     ++core_.targetCount_;
-    core_.target_ = &target;
+    core_.target_ = &storage_;
     core_.settings_ = vtxDrawSettings();
     core_.settings_.projection = settings_.projection;
     core_.settings_.modelView = settings_.modelView;
@@ -94,7 +94,7 @@ void vtxTargetScope::end_() {
     core_.projections_.resize(core_.base_.projections);
     core_.modelViews_.resize(core_.base_.modelViews);
     core_.device_->finishTarget(storage_.target);
-    core_.device_->bindTarget(outer_ ? outer_->getStorage().target : 0);
+    core_.device_->bindTarget(outer_ ? outer_->target : 0);
     storage_.image.bound = false;
     core_.target_ = outer_;
     core_.settings_ = settings_;

@@ -19,14 +19,15 @@ public:
 
 private:
     void prepareStorage_(osg::Vec2i const& size);
-    void begin_(vtxFrameBufferRecord& target);
+    void begin_();
     void end_();
 
     vtxRendererCore& core_;
     vtxDrawSettings const settings_;
     vtxRendererCore::StackHeights const base_;
     vtxRendererCore::StackHeights const passStart_;
-    vtxFrameBufferRecord* const outer_;
+    vtxTargetStorage* const outer_;
+    /// Outlives the frame buffer, which may be ended while it is drawn into.
     vtxTargetStorage& storage_;
     int const exceptions_;
 };

@@ -114,7 +114,7 @@ TEST_F(CommandPlayback, shapesAndGeometryTurnQuadsOff) {
     EXPECT_EQ(operationsRecorded(record), expected);
 }
 
-TEST_F(CommandPlayback, geometryOfARendererThatIsGoneIsNotDrawn) {
+TEST_F(CommandPlayback, whatBelongsToARendererThatIsGoneIsNotDrawn) {
     qor::vector<vtxVertex> vertices(3);
     auto const record = [&](GraphicCommands& list) {
         list.add(
@@ -123,6 +123,17 @@ TEST_F(CommandPlayback, geometryOfARendererThatIsGoneIsNotDrawn) {
     operationsRecorded(record);
     GraphicCommands old;
     record(old);
+    auto target = makeTarget(8, 8);
+    vtxShaderQuads quads;
+    quads.beginBatch(target->getTexture(), 1);
+    quads.addBatchQuad(0, 0, 5, 5, -1);
+    old.drawQuads(quads, osg::Vec4f(1, 1, 1, 1), 0, -1);
+    vtxShaderBkgQuads bkg;
+    bkg.setTexture(target->getTexture());
+    bkg.addQuad({0, 0, 5, 5, 0, 0, 1, 1});
+    float const colors[9 * 4] = {1, 1, 1, 1};
+    old.drawBkg(bkg, colors);
+    target.reset();
     host::CommandPlayer::doRedraw(old);
     replaceRenderer();
     EXPECT_EQ(operations([&] { host::CommandPlayer::draw(old); }), "");

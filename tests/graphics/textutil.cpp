@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "gui_lib/base/textutil.h"
+#include "gui_lib/frame/GUI.h"
 #include "platform/qor/Utf8.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/TestHost.h"
 
 namespace {
 
@@ -156,8 +158,26 @@ TEST(TextUtil, cleaningRemovesEveryOccurrence) {
     qor::basic_string<wchar_t> text = L"\ra\r\nb\r";
     textutil::cleanupText(text, L'\r');
     EXPECT_EQ(text, L"a\nb");
+}
+
+TEST(TextUtil, tabsBecomeRunsOfTheSetLengthWhateverTheirColumn) {
     EXPECT_TRUE(textutil::getTextHasTabs(L"a\tb"));
     EXPECT_FALSE(textutil::getTextHasTabs(L"a b"));
+    support::TestHost const host;
+    gui::GUI* const gui = gui::GUI::get();
+    gui->setTabSpacesCount(3);
+    EXPECT_EQ(textutil::replaceTabsBySpaces(L"\ta\t\tb"), L"   a      b");
+    gui->setTabSpacesCount(200);
+    EXPECT_EQ(textutil::replaceTabsBySpaces(L"a\t").size(), 201u);
+    gui->setTabSpacesCount(0);
+    EXPECT_EQ(textutil::replaceTabsBySpaces(L"\ta\tb"), L"ab");
+}
+
+TEST(TextUtil, onlyPastedQuotationMarksAreMadePlain) {
+    support::TestHost host;
+    textutil::copyTextToClipboard(L"\u00ABa\u00BB \u00B4b\r\n");
+    EXPECT_EQ(host.app().clipboard, L"\u00ABa\u00BB \u00B4b\r\n");
+    EXPECT_EQ(textutil::getTextFromClipboard(), L"\"a\" 'b\r\n");
 }
 
 }  // namespace

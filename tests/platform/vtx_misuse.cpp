@@ -117,6 +117,23 @@ TEST_F(Misuse, ofAnEffectsPassIsReported) {
     EXPECT_TRUE(takeMisuse("belong together"));
 }
 
+TEST_F(Misuse, ofAnEffectsMatricesIsReportedAndNothingIsDrawn) {
+    vtxEffectShader* effect = renderer_->createEffectShader("tests/platform/vtx_effect.fx");
+    ASSERT_NE(effect, nullptr);
+    std::unique_ptr<vtxGeometry> const geometry(renderer_->createGeometry({{}, {}, {}}, {0, 1, 2}));
+    Frame const frame(*renderer_);
+    effect->beginPass();
+    effect->setGeometry(geometry.get());
+    effect->setMatrices(osg::Matrixf::translate(nan_, 0, 0), osg::Matrixf());
+    effect->drawEffect(vtxGeometry::PrimitiveTriangles, 1, 0);
+    EXPECT_TRUE(takeMisuse("not finite"));
+    effect->setMatrices(osg::Matrixf(), osg::Matrixf::scale(1, nan_, 1));
+    effect->drawEffect(vtxGeometry::PrimitiveTriangles, 1, 0);
+    EXPECT_TRUE(takeMisuse("not finite"));
+    effect->endPass();
+    EXPECT_EQ(countLines("drawEffect E"), 0);
+}
+
 TEST_F(Misuse, aSecondRendererIsRefused) {
     EXPECT_EQ(vtxRenderer::create(std::make_unique<vtxTraceDevice>()), renderer_);
     EXPECT_EQ(vtxRenderer::get(), renderer_);

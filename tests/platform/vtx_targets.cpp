@@ -182,6 +182,26 @@ TEST_F(Targets, theirTextureLivesUntilTheNextFlush) {
     EXPECT_EQ(getQuads().size(), 1u);
 }
 
+TEST_F(Targets, mayBeEndedWhileTheyAreDrawnInto) {
+    Target outer = make(16, 16);
+    Target inner = make(8, 8);
+    Frame const frame(*renderer_);
+    outer->renderToTarget([&] {
+        inner->renderToTarget([&] {
+            inner.reset();
+            outer.reset();
+            vtxRenderer::ShaderTechniqueGuard const technique(vtxRenderer::TechniqueTarget);
+            log_->clearLines();
+            drawQuad(0.0, 0.0, 1000.0, 1000.0);
+        });
+        EXPECT_EQ(countLines("viewport 0 0 8 8"), 1) << log_->getText();
+        vtxRenderer::ShaderTechniqueGuard const technique(vtxRenderer::TechniqueTarget);
+        log_->clearLines();
+        drawQuad(0.0, 0.0, 1000.0, 1000.0);
+    });
+    EXPECT_EQ(countLines("viewport 0 0 16 16"), 1) << log_->getText();
+}
+
 TEST_F(Targets, objectsThatOutliveTheRendererEndQuietly) {
     Target target = make(16, 16);
     render(*target, [] {});

@@ -183,10 +183,10 @@ TEST(SkinTarget, FollowsTheWidgetsSizeAndTheSettings) {
     box->setDrawToTarget(true);
     host.frame();
     ASSERT_TRUE(box->look().target);
-    auto const* const first = box->look().target.get();
+    auto const first = box->look().target;
     box->setDirty(gui::Widget::DirtySelf);
     host.frame();
-    EXPECT_EQ(box->look().target.get(), first);
+    EXPECT_EQ(box->look().target, first);
     box->setSize(osg::Vec2i(50, 30));
     host.frame();
     EXPECT_EQ(box->look().getTargetSize(), osg::Vec2i(50, 30));
@@ -198,6 +198,13 @@ TEST(SkinTarget, FollowsTheWidgetsSizeAndTheSettings) {
     host.frame();
     EXPECT_EQ(box->look().getTargetSize(), osg::Vec2i(128, 64));
     EXPECT_EQ(box->look().target->getMsaa(), 4);
+    box->look().setTargetMsaa(-1);
+    box->look().setTargetMips(0);
+    host.frame();
+    auto const settled = box->look().target;
+    box->setDirty(gui::Widget::DirtySelf);
+    host.frame();
+    EXPECT_EQ(box->look().target, settled) << "settings that no target has ask for the nearest";
     box->setSize(osg::Vec2i(0, 30));
     box->look().setTargetSize(osg::Vec2i());
     host.frame();

@@ -9,6 +9,8 @@
 #include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/windows/CloseButton.h"
 #include "gui_lib/windows/Window.h"
+#include "gui_lib/windows/WindowBaseSkin.h"
+#include "gui_lib/windows/WindowData.h"
 #include "gui_lib/windows/WindowHeader.h"
 #include "gui_lib/windows/WindowView.h"
 #include "tests/support/TestHost.h"
@@ -290,6 +292,22 @@ TEST(Destruction, AWindowGoesOnWithoutThePartsThatTheHostDestroyed) {
     EXPECT_EQ(scene.window->getLayout(), nullptr);
     clickActor(host, scene);
     host.frame();
+}
+
+TEST(Destruction, ACloseButtonThatIsTakenOutWhileItIsPlacedOutlivesTheWindow) {
+    support::TestHost host;
+    Scene scene;
+    gui::CloseButton* const button = scene.window->getHeader()->getCloseButton();
+    ASSERT_NE(button->getWidgetSkin(), nullptr);
+    attachWidget<Widget::sizeCallbackName>(*button, [button] { button->detachFromParent(); });
+    scene.window->getSkin()->getWindowData()->setHeaderHeight(44);
+    scene.window->setSize(at(300, 300));
+    EXPECT_EQ(scene.window->getHeader()->getCloseButton(), nullptr);
+    EXPECT_EQ(button->getWidgetSkin(), nullptr) << "it belongs to the header";
+    Widget::destroy(scene.window);
+    button->setText(L"x");
+    host.frame();
+    Widget::destroy(button);
 }
 
 TEST(Destruction, ACursorCallbackOfTheHostMayEndTheWindow) {

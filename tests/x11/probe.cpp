@@ -33,6 +33,7 @@ char const* const usage =
     "  cursor                   prints a hash of the cursor's picture, and width and height of what is opaque\n"
     "  wait-cursor HASH         waits until the cursor is that one\n"
     "  wait-cursor-not HASH...  waits until it is none of those, and prints as cursor does\n"
+    "  cover X Y W H            lays a window of its own over the region until it is killed\n"
     "A wait gives up after 10 seconds with status 1; bad use is status 2.\n";
 
 using Words = std::vector<std::string>;
@@ -261,6 +262,20 @@ int runPicture(Display* display, Words const& words) {
     return 0;
 }
 
+/// Like the window of another program.
+[[noreturn]] void cover(Display* display, Words const& words) {
+    XSetWindowAttributes attributes{};
+    attributes.override_redirect = True;
+    attributes.background_pixel = WhitePixel(display, DefaultScreen(display));
+    Window const window =
+        XCreateWindow(display, DefaultRootWindow(display), toNumber(words[1]), toNumber(words[2]),
+                      static_cast<unsigned>(toNumber(words[3])), static_cast<unsigned>(toNumber(words[4])), 0,
+                      CopyFromParent, InputOutput, CopyFromParent, CWOverrideRedirect | CWBackPixel, &attributes);
+    XMapRaised(display, window);
+    for (XEvent event;;)
+        XNextEvent(display, &event);
+}
+
 int runCursor(Display* display, Words const& words) {
     if (words[0] == "cursor") {
         print(getCursor(display));
@@ -288,6 +303,8 @@ int main(int count, char** arguments) {
     int error = 0;
     if (!XFixesQueryExtension(display, &event, &error))
         fail("the display has no XFixes");
+    if (words[0] == "cover" && words.size() == 5)
+        cover(display, words);
     bool const ofCursor = words[0].find("cursor") != std::string::npos;
     if (!ofCursor && words.size() < 2)
         fail(usage);

@@ -26,8 +26,10 @@ mkdir -p "$out"
 kept="$(mktemp -d)"
 server=
 program=
+cover=
 
 clean_up() {
+    [ -z "$cover" ] || kill "$cover" 2> /dev/null
     [ -z "$program" ] || kill "$program" 2> /dev/null
     [ -z "$server" ] || kill "$server" 2> /dev/null
     wait 2> /dev/null
@@ -70,7 +72,8 @@ picture() { "$probe" png "$out/$1.png"; }
 # --- Mouse and keyboard ---
 
 move() { xdotool mousemove $(($1 + left)) $(($2 + top)); }
-press() { xdotool mousedown 1; }
+# Later than a double click, which is no press to a border.
+press() { sleep 0.4 && xdotool mousedown 1; }
 release() { xdotool mouseup 1; }
 park() { move 12 $((height - 12)); }
 # click <x> <y>
@@ -154,10 +157,8 @@ start_gallery() {
     program=$!
     await find_window || await find_window || give_up "the gallery opens no window"
     changes black 400000 || give_up "the gallery draws nothing"
-    local X Y
-    eval "$(xdotool getwindowgeometry --shell "$window" | grep -E '^[XY]=')"
-    left=$X
-    top=$Y
+    left="$(xdotool getwindowgeometry --shell "$window" | sed -n 's/^X=//p')"
+    top="$(xdotool getwindowgeometry --shell "$window" | sed -n 's/^Y=//p')"
     # No window manager gives the focus here.
     xdotool windowfocus "$window"
 }
@@ -178,13 +179,12 @@ read_tree() {
     keep marker "$x" "$y" "$w" "$h"
     find controls 'Static name "status"'
     keep status "$x" "$y" "$w" "$h"
-    status_box="$x $y $w $h"
+    status=("$x" "$y" "$w" "$h")
     arrow="$("$probe" cursor | cut -d ' ' -f 1)"
 }
 
-# keep_status: of what the status label says now.
-# shellcheck disable=SC2086
-keep_status() { keep status $status_box; }
+# What the status label says now.
+keep_status() { keep status "${status[@]}"; }
 
 # --- Checks ---
 
@@ -193,18 +193,21 @@ a_click_on_a_button_changes_a_label() {
     click "$cx" "$cy" && changes status && settle && picture clicked
 }
 
-a_press_dragged_out_changes_nothing() {
+# hover_button: the mouse comes to the button "Press me", whose look is kept as "hovered".
+hover_button() {
     find controls 'Button "Press me"'
-    settle && keep_status && keep button "$x" "$y" "$w" "$h" || return 1
-    move "$cx" "$cy" && changes button && keep hovered "$x" "$y" "$w" "$h" || return 1
-    press && changes hovered && park && returns button && release && settle && is status
+    settle && keep button "$x" "$y" "$w" "$h" && move "$cx" "$cy" && changes button && keep hovered "$x" "$y" "$w" "$h"
+}
+
+# Held down, a button looks hovered while the mouse is elsewhere.
+a_press_dragged_out_changes_nothing() {
+    hover_button && keep_status && press && changes hovered && park && returns hovered && release && returns button &&
+        settle && is status
 }
 
 a_press_dragged_out_and_back_counts() {
-    find controls 'Button "Press me"'
-    settle && keep_status && keep button "$x" "$y" "$w" "$h" || return 1
-    move "$cx" "$cy" && press && changes button && park && returns button && move "$cx" "$cy" && changes button &&
-        release && changes status
+    hover_button && keep_status && press && changes hovered && park && returns hovered && move "$cx" "$cy" &&
+        changes hovered && release && changes status
 }
 
 # toggles <window> <what> <width>: three clicks switch its look, or the left `width` units of it, to and fro.
@@ -282,52 +285,153 @@ a_surface_in_the_scene_takes_the_mouse() {
 }
 
 the_hover_look_goes_when_the_mouse_leaves_the_program() {
-    find controls 'Button "Press me"'
-    settle && keep button "$x" "$y" "$w" "$h" && move "$cx" "$cy" && changes button || return 1
+    hover_button || return 1
     move $((-left + 2)) $((-top + 2)) && returns button
 }
 
-# From here on the window "labels" is moved about; these hold where it was at first.
-# shellcheck disable=SC2034
+# Half of a hovered button is covered by a window of another program, to which the mouse goes.
+the_hover_look_goes_under_another_window() {
+    local gone
+    hover_button && keep half "$x" "$y" $((w / 2)) "$h" && keep covered "$cx" "$y" $((w / 2)) "$h" || return 1
+    move $((cx - 10)) "$cy"
+    "$probe" cover $((cx + left)) $((y + top)) $((w / 2)) "$h" &
+    cover=$!
+    changes covered && move $((cx + 10)) "$cy" && changes half
+    gone=$?
+    kill $cover && wait $cover 2> /dev/null
+    cover=
+    park && [ $gone -eq 0 ] && returns button
+}
+
+# The window "labels" is moved about by the checks below, each of which puts it back.
 measure_labels() {
     find labels 'CloseButton'
-    close_x=$x close_y=$y close_size=$w
+    close=($((x + 4)) $((y + 8)) $((w - 8)) $((h - 12)))
     find labels 'Dragger'
     dragger_width=$w
     find labels 'WindowHeader "Labels"'
-    header_x=$x header_y=$y header_height=$h
+    header_x=$x
+    header_y=$y
     find labels 'Window name "labels"'
-    window_x=$x window_y=$y window_width=$w window_height=$h
+    labels=("$x" "$y" "$w" "$h")
     grip_x=$((header_x + 150))
-    grip_y=$((header_y + header_height / 2))
+    grip_y=$((header_y + 2))
 }
 
-# Kept while the window has the focus and lies where it was at first.
+# Kept while the window has the focus; its round corners, which show what is behind, stay out.
 keep_labels() {
-    click "$grip_x" "$grip_y" && settle && keep title "$header_x" "$header_y" 100 $((header_height / 2)) &&
-        keep close "$close_x" "$close_y" "$close_size" "$close_size"
+    click "$grip_x" "$grip_y" && settle && keep title $((header_x + 10)) "$header_y" 90 14 && keep close "${close[@]}"
 }
 
 a_window_is_dragged_by_its_header() {
     keep_labels && drag "$grip_x" "$grip_y" $((grip_x - 40)) $((grip_y + 60)) && release || return 1
-    appears title $((header_x - 40)) $((header_y + 60)) && ! is title && picture dragged || return 1
+    appears title $((header_x - 30)) $((header_y + 60)) && ! is title && picture dragged || return 1
     drag $((grip_x - 40)) $((grip_y + 60)) "$grip_x" "$grip_y" && release && returns title
 }
 
-a_window_dragged_out_comes_back() {
-    # To the left until the mouse is off the program's window too; 20 units of the header then stay.
-    local hold=$((header_x + dragger_width - 4)) outside=$((-left + 4)) back=$((20 - dragger_width - window_x))
-    local low=$((height - 20 - window_y))
-    keep_labels && drag "$hold" "$grip_y" "$outside" "$grip_y" || return 1
-    appears close $((close_x + outside - hold)) "$close_y" && release || return 1
-    appears close $((close_x + back)) "$close_y" && settle && is close $((close_x + back)) "$close_y" || return 1
-    picture dragged-left
-    drag $((header_x + dragger_width + back - 8)) "$grip_y" "$grip_x" "$grip_y" && release && settle || return 1
-    # What the window covered is kept here, for its end.
-    drag "$grip_x" "$grip_y" $((grip_x - 300)) $((height + top - 2)) && release && settle && picture dragged-down || return 1
-    keep uncovered "$window_x" "$window_y" "$window_width" "$window_height"
-    local dx=-300
-    keep_low
-    drag $((grip_x - 300)) $((height - 6)) "$grip_x" $((grip_y - low + height - 6 - grip_y)) && release
+a_window_dragged_far_left_comes_back() {
+    # Held near the end of the header, until the mouse is off the program's window.
+    local hold=$((header_x + dragger_width - 4)) outside=$((4 - left)) back=$((20 - dragger_width - labels[0]))
+    local end=$((close[0] + close[2] - 12))
+    keep_labels && keep header_end $end "${close[1]}" 12 "${close[3]}" || return 1
+    drag "$hold" "$grip_y" "$outside" "$grip_y" || return 1
+    appears header_end $((end + outside - hold)) "${close[1]}" && release || return 1
+    appears header_end $((end + back)) "${close[1]}" && settle && picture dragged-left || return 1
+    drag $((hold + back)) "$grip_y" "$hold" "$grip_y" && release && returns close
 }
 
+a_window_dragged_far_down_comes_back() {
+    local outside=$((900 - top - 2)) back=$((height - 20 - labels[1]))
+    keep_labels && drag "$grip_x" "$grip_y" "$grip_x" "$outside" && changes title 500 || return 1
+    ! is title $((header_x + 10)) $((header_y + back)) && release || return 1
+    appears title $((header_x + 10)) $((header_y + back)) && settle && picture dragged-down || return 1
+    # What the window covers else, for the check of its close button.
+    keep uncovered "${labels[@]}"
+    drag "$grip_x" $((grip_y + back)) "$grip_x" "$grip_y" && release && returns title
+}
+
+# A cursor is printed as its hash, and width and height of what is opaque.
+a_border_changes_the_cursor() {
+    local across down corner w h name
+    local right=$((labels[0] + labels[2] - 3)) bottom=$((labels[1] + labels[3] - 3))
+    park && "$probe" wait-cursor "$arrow" > "$kept/cursor" || return 1
+    move "$right" $((labels[1] + 200))
+    across="$("$probe" wait-cursor-not "$arrow")" || return 1
+    read -r name w h <<< "$across"
+    ((w > h)) || return 1
+    move $((labels[0] + 200)) "$bottom"
+    down="$("$probe" wait-cursor-not "$arrow" "$name")" || return 1
+    read -r _ w h <<< "$down"
+    ((h > w)) || return 1
+    move "$right" "$bottom"
+    corner="$("$probe" wait-cursor-not "$arrow" "$name" "${down%% *}")" || return 1
+    [ -n "$corner" ] && move $((labels[0] + 200)) $((labels[1] + 200)) && "$probe" wait-cursor "$arrow" > "$kept/cursor"
+}
+
+a_drag_on_the_border_resizes() {
+    local right=$((labels[0] + labels[2] - 3)) bottom=$((labels[1] + labels[3] - 3))
+    local middle_x=$((labels[0] + 200)) middle_y=$((labels[1] + 200))
+    keep_labels && keep edge $((labels[0] + 60)) $((bottom - 12)) 60 10 || return 1
+    drag "$right" "$middle_y" $((right - 60)) "$middle_y" && release || return 1
+    appears close $((close[0] - 60)) "${close[1]}" && ! is close && is title || return 1
+    drag "$middle_x" "$bottom" "$middle_x" $((bottom + 40)) && release || return 1
+    appears edge $((labels[0] + 60)) $((bottom + 28)) && ! is edge && settle && picture resized || return 1
+    drag $((right - 60)) $((bottom + 40)) "$right" "$bottom" && release && returns close && returns edge
+}
+
+the_close_button_hides_the_window() {
+    keep_labels && ! is uncovered || return 1
+    click $((close[0] + close[2] / 2)) $((close[1] + close[3] / 2)) && returns uncovered && settle && picture closed
+}
+
+escape_ends_the_program() {
+    xdotool key Escape
+    left=0 top=0 returns black && await ended && wait "$program" && program=
+}
+ended() { ! kill -0 "$program" 2> /dev/null || [ "$(ps -o stat= -p "$program" | cut -c 1)" = Z ]; }
+
+failed=()
+check() {
+    local start=$SECONDS
+    if "$1"; then
+        echo "ok      ${1//_/ } ($((SECONDS - start)) s)"
+        return
+    fi
+    picture "failed-$1"
+    failed+=("$1")
+    echo "FAILED  ${1//_/ } ($((SECONDS - start)) s): $out/failed-$1.png shows the screen"
+    release
+    park
+    kill -0 "$program" 2> /dev/null || give_up "the gallery ended too early; see $out/gallery.log"
+}
+
+start_server
+start_gallery
+read_tree
+measure_labels
+echo "ready on display $DISPLAY after $SECONDS s"
+
+check a_click_on_a_button_changes_a_label
+check a_press_dragged_out_changes_nothing
+check a_press_dragged_out_and_back_counts
+check the_hover_look_goes_when_the_mouse_leaves_the_program
+check the_hover_look_goes_under_another_window
+check a_tooltip_shows_and_hides
+check tab_moves_the_focus
+check a_toggle_changes
+check a_check_box_changes
+check a_radio_group_has_one_choice
+check a_surface_in_the_scene_takes_the_mouse
+check a_window_is_dragged_by_its_header
+check a_window_dragged_far_left_comes_back
+check a_window_dragged_far_down_comes_back
+check a_border_changes_the_cursor
+check a_drag_on_the_border_resizes
+check the_close_button_hides_the_window
+check escape_ends_the_program
+
+echo "$SECONDS s"
+if [ ${#failed[@]} -gt 0 ]; then
+    echo "failed: ${failed[*]}"
+    exit 1
+fi

@@ -14,6 +14,29 @@ ParentGroups<SwitchButton>& groups() {
     return *instance;
 }
 
+/// The groups whose rule is being applied: what the rule sets must not apply it again, or an undefined button and
+/// another one would set each other without end.
+class RuleScope {
+public:
+    explicit RuleScope(WidgetHandler* group) : outer_(innermost_), group_(group) { innermost_ = this; }
+    ~RuleScope() { innermost_ = outer_; }
+    RuleScope(RuleScope const&) = delete;
+    RuleScope& operator=(RuleScope const&) = delete;
+
+    static bool isRunning(WidgetHandler* group) {
+        for (RuleScope const* scope = innermost_; scope; scope = scope->outer_)
+            if (scope->group_ == group)
+                return true;
+        return false;
+    }
+
+private:
+    static inline RuleScope* innermost_ = nullptr;
+
+    RuleScope* outer_;
+    WidgetHandler* group_;
+};
+
 }  // namespace
 
 SwitchButton::SwitchButton(bool noSkin) : ToggleButton(0, true) {
@@ -72,9 +95,13 @@ void SwitchButton::onStateChanged_(int newState) {
 }
 
 void SwitchButton::applyGroupRule_() {
+    WidgetHandler* const group = getParent();
+    if (RuleScope::isRunning(group))
+        return;
+    RuleScope const scope(group);
     // By the state before the change: a button that leaves the undefined state marks the whole group undefined.
     int const others = state == -1 ? -1 : 0;
-    auto const members = groups().getMembers(getParent());
+    auto const members = groups().getMembers(group);
     for (WidgetHandler* member : members) {
         auto* const other = static_cast<SwitchButton*>(WidgetHandler::get(member));
         if (other && other != this)

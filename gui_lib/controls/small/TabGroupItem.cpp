@@ -71,6 +71,8 @@ void TabGroupItem::onMouseDown(osg::Vec2i const& point, MouseButton button) {
         if (guard.dead())
             return;
         setState(true);
+        if (guard.dead())
+            return;
         setDirty(DirtySelf);
         onShow_();
         if (guard.dead())
@@ -123,9 +125,11 @@ void TabGroupItem::resetParent() {
 void TabGroupItem::onParentChanged_(WidgetHandler* newParent) {
     groups().leave(getParent(), this);
     Widget::onParentChanged_(newParent);
+    AliveGuard const guard(this);
     if (state)
         deselectOthers_();
-    groups().join(getParent(), this);
+    if (guard.alive())
+        groups().join(getParent(), this);
 }
 
 }  // namespace gui

@@ -11,11 +11,12 @@ GraphicCommandDrawBkg* GraphicCommandDrawBkg::set(vtxShaderBkgQuads const& newQu
         color.set(newColors[0], newColors[1], newColors[2], newColors[3]);
         newColors += 4;
     }
+    recorded_.take();
     return this;
 }
 
 void GraphicCommandDrawBkg::draw() {
-    if (quads.count <= 0)
+    if (quads.count <= 0 || !recorded_.isCurrent())
         return;
     vtxShader* const shader = vtxRenderer::get()->getShader();
     shader->turnOnDrawQuads();

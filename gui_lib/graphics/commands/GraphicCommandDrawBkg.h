@@ -3,11 +3,12 @@
 #include <osg/Vec4f>
 
 #include "gui_lib/graphics/GraphicCommand.h"
+#include "gui_lib/graphics/commands/RendererStamp.h"
 #include "platform/vtx/vtxShaderBkgQuads.h"
 
 namespace gui {
 
-/// Draws the quads of a background, each with its colour.
+/// Draws the quads of a background, each with its colour; nothing once the renderer was replaced.
 class VORLEX_API GraphicCommandDrawBkg : public SimpleGraphicCommand<GraphicCommandDrawBkg> {
 public:
     /// `colors` are nine RGBA colours, whatever the number of quads.
@@ -17,6 +18,7 @@ public:
 private:
     osg::Vec4f colors[vtxShaderBkgQuads::maxCount];
     vtxShaderBkgQuads quads;
+    RendererStamp recorded_;
 };
 
 }  // namespace gui

@@ -16,32 +16,29 @@ GraphicCommandDrawGeometry* GraphicCommandDrawGeometry::set(qor::vector<vtxVerte
     type = newType;
     count = newCount;
     texture = newTexture;
-    vtxRenderer* const renderer = vtxRenderer::get();
-    recordGeneration_ = renderer ? renderer->getGeneration() : 0;
+    recorded_.take();
     return this;
 }
 
 void GraphicCommandDrawGeometry::doRedraw() {
-    vtxRenderer* const renderer = vtxRenderer::get();
-    unsigned const generation = renderer->getGeneration();
-    if (recordGeneration_ != generation)
+    if (!recorded_.isCurrent())
         return;
-    if (geometry && geometryGeneration_ != generation) {
+    if (geometry && !made_.isCurrent()) {
         delete geometry;
         geometry = nullptr;
     }
     if (geometry) {
         geometry->update(vertices, &indices);
     } else {
-        geometry = renderer->createGeometry(vertices, indices);
-        geometryGeneration_ = generation;
+        geometry = vtxRenderer::get()->createGeometry(vertices, indices);
+        made_.take();
     }
 }
 
 void GraphicCommandDrawGeometry::draw() {
-    vtxRenderer* const renderer = vtxRenderer::get();
-    if (recordGeneration_ != renderer->getGeneration() || (geometry && geometryGeneration_ != recordGeneration_))
+    if (!recorded_.isCurrent() || (geometry && !made_.isCurrent()))
         return;
+    vtxRenderer* const renderer = vtxRenderer::get();
     vtxShader* const shader = renderer->getShader();
     shader->turnOffDrawQuads();
     shader->setTexture(texture);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui_lib/graphics/GraphicCommand.h"
+#include "gui_lib/graphics/commands/RendererStamp.h"
 #include "platform/vtx/vtxGeometry.h"
 
 class vtxTexture;
@@ -27,8 +28,8 @@ private:
     int count = 0;
     qor::vector<vtxVertex> vertices;
     qor::vector<int> indices;
-    unsigned geometryGeneration_ = 0;  ///< of the renderer that made `geometry`
-    unsigned recordGeneration_ = 0;    ///< of the renderer at `set`
+    RendererStamp made_;  ///< `geometry`
+    RendererStamp recorded_;
 };
 
 }  // namespace gui

@@ -11,10 +11,13 @@ GraphicCommandDrawQuads* GraphicCommandDrawQuads::set(vtxShaderQuads const& newQ
     color = newColor;
     sampler = newSampler;
     batch = newBatch;
+    recorded_.take();
     return this;
 }
 
 void GraphicCommandDrawQuads::draw() {
+    if (!recorded_.isCurrent())
+        return;
     vtxShader* const shader = vtxRenderer::get()->getShader();
     shader->setColor(color);
     shader->turnOnDrawQuads();

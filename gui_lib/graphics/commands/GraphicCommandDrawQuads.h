@@ -3,11 +3,12 @@
 #include <osg/Vec4f>
 
 #include "gui_lib/graphics/GraphicCommand.h"
+#include "gui_lib/graphics/commands/RendererStamp.h"
 #include "platform/vtx/vtxShaderQuads.h"
 
 namespace gui {
 
-/// Draws quads in one colour with a texture sampler.
+/// Draws quads in one colour with a texture sampler; nothing once the renderer was replaced.
 class VORLEX_API GraphicCommandDrawQuads : public SimpleGraphicCommand<GraphicCommandDrawQuads> {
 public:
     /// Sampler 0 to 3 sets the filtering, anything else leaves it alone; batch -1 draws all batches.
@@ -19,6 +20,7 @@ private:
     int batch = -1;
     osg::Vec4f color;
     vtxShaderQuads quads;
+    RendererStamp recorded_;
 };
 
 }  // namespace gui

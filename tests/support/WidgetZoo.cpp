@@ -1,0 +1,237 @@
+#include "tests/support/WidgetZoo.h"
+
+#include <algorithm>
+
+#include "gui_lib/controls/buttons/Button.h"
+#include "gui_lib/controls/buttons/CheckBox.h"
+#include "gui_lib/controls/buttons/RadioButton.h"
+#include "gui_lib/controls/labels/AnimatedColorStatic.h"
+#include "gui_lib/controls/small/Panel.h"
+#include "gui_lib/controls/small/TabGroupItem.h"
+#include "gui_lib/controls/small/TextureView.h"
+#include "gui_lib/controls/small/Tooltip.h"
+#include "gui_lib/frame/GUI.h"
+#include "gui_lib/frame/WindowsManager.h"
+#include "gui_lib/widget/WidgetHandler.h"
+#include "gui_lib/windows/BuddyWindow.h"
+#include "gui_lib/windows/ModalWindow.h"
+#include "gui_lib/windows/OffscreenWindow.h"
+#include "gui_lib/windows/OverlayWindow.h"
+#include "gui_lib/windows/Window.h"
+#include "platform/qor/Paths.h"
+#include "platform/vtx/vtxRenderer.h"
+#include "platform/vtx/vtxTextureManager.h"
+
+#include <lua.hpp>
+
+namespace support {
+
+namespace {
+
+using gui::Widget;
+using osg::Vec2i;
+
+template <class WidgetType>
+WidgetType* dress(WidgetType* widget, wchar_t const* text, Vec2i const& size = Vec2i(130, 34)) {
+    widget->setText(text);
+    widget->setPosition(Vec2i(11, 7));
+    widget->setSize(size);
+    return widget;
+}
+
+template <class WindowType>
+Widget* furnish(WindowType* window) {
+    dress(window, L"Window", Vec2i(260, 180));
+    window->insertWidget(dress(new gui::Button, L"Inside"), -1);
+    auto* const overlay = dress(new gui::Static, L"Over");
+    overlay->setPosition(Vec2i(150, 120));
+    window->insertOverlayWidget(overlay, -1);
+    return window;
+}
+
+Widget* makeModal() {
+    auto* const modal = new gui::ModalWindow(false);
+    modal->setLockFlow(false);
+    return furnish(modal);
+}
+
+Widget* makeSwitch() {
+    auto* const button = dress(new gui::SwitchButton, L"Switch");
+    button->setState(1);
+    return button;
+}
+
+Widget* makeRadio() {
+    auto* const button = dress(new gui::RadioButton, L"Radio");
+    button->setState(1);
+    return button;
+}
+
+Widget* makeTurnedStatic() {
+    auto* const label = dress(new gui::Static, L"Turned\tby an angle");
+    label->setPivotPoint(Vec2i(20, 10));
+    label->setAngle(30.0);
+    return label;
+}
+
+Widget* makeFading() {
+    auto* const label = dress(new gui::AnimatedColorStatic, L"Fading");
+    label->setTextColor(osg::Vec4f(1, 0, 0, 1));
+    return label;
+}
+
+Widget* makeTextureView() {
+    // The reference is given back with the renderer.
+    vtxTexture* const texture =
+        vtxRenderer::get()->getTextureManager()->getTexture("tests/graphics/picture.png", {}, nullptr);
+    auto* const view = dress(new gui::TextureView, L"");
+    gui::Image::Info info;
+    info.tileHorizontally = true;
+    view->setImageInfo(info);
+    view->setTexture(texture);
+    view->setAngle(-20.0);
+    return view;
+}
+
+Widget* makePanel() {
+    auto* const panel = dress(new gui::Panel, L"", Vec2i(200, 120));
+    panel->insertWidget(dress(new gui::CheckBox(1), L"In a panel"), -1);
+    auto* const overhanging = dress(new gui::Button, L"Cut off");
+    overhanging->setPosition(Vec2i(150, 60));
+    panel->insertWidget(overhanging, -1);
+    return panel;
+}
+
+}  // namespace
+
+std::vector<ZooAnimal> const& getZoo() {
+    static std::vector<ZooAnimal> const zoo = {
+        {"Widget", [] { return dress(new Widget, L"Bare"); }},
+        {"Container", []() -> Widget* { return dress(new gui::Container, L""); }},
+        {"Panel", makePanel},
+        {"Button", []() -> Widget* { return dress(new gui::Button, L"Press me"); }},
+        {"ToggleButtonOff", []() -> Widget* { return dress(new gui::ToggleButton(0), L"Toggle"); }},
+        {"ToggleButtonOn", []() -> Widget* { return dress(new gui::ToggleButton(1), L"Toggle"); }},
+        {"ToggleButtonUndefined", []() -> Widget* { return dress(new gui::ToggleButton(-1), L"Toggle"); }},
+        {"CheckBoxOff", []() -> Widget* { return dress(new gui::CheckBox(0), L"Check"); }},
+        {"CheckBoxOn", []() -> Widget* { return dress(new gui::CheckBox(1), L"Check"); }},
+        {"CheckBoxUndefined", []() -> Widget* { return dress(new gui::CheckBox(-1), L"Check"); }},
+        {"SwitchButton", makeSwitch},
+        {"RadioButton", makeRadio},
+        {"Static", []() -> Widget* { return dress(new gui::Static, L"A label with a text that is too long"); }},
+        {"StaticTurned", makeTurnedStatic},
+        {"AnimatedColorStatic", makeFading},
+        {"TabGroupItemOff", []() -> Widget* { return dress(new gui::TabGroupItem(false), L"Tab"); }},
+        {"TabGroupItemOn", []() -> Widget* { return dress(new gui::TabGroupItem(true), L"Tab"); }},
+        {"TextureView", makeTextureView},
+        {"Tooltip",
+         []() -> Widget* { return dress(new gui::Tooltip(gui::WindowsManager::get(0)), L"A hint"); }, false, false},
+        {"Window", [] { return furnish(new gui::Window); }, true},
+        {"ModalWindow", makeModal, true},
+        {"PopupWindow", [] { return furnish(new gui::PopupWindow); }, true, false},
+        {"BuddyWindow", [] { return furnish(new gui::BuddyWindow); }, true, false},
+        {"OverlayWindow", [] { return furnish(new gui::OverlayWindow); }, true, false},
+        {"OffscreenWindow", [] { return furnish(new gui::OffscreenWindow); }, true, false},
+    };
+    return zoo;
+}
+
+ZooAnimal const* findAnimal(std::string const& name) {
+    auto const& zoo = getZoo();
+    auto const found = std::find_if(zoo.begin(), zoo.end(), [&](ZooAnimal const& animal) { return animal.name == name; });
+    return found == zoo.end() ? nullptr : &*found;
+}
+
+// --- ZooHost ---
+
+namespace {
+
+std::string loader(std::string const& skinFile) {
+    qor::addAssetRoot("assets");
+    return skinFile.empty() ? "Skin = {}" : "dofile('" + skinFile + "')";
+}
+
+}  // namespace
+
+ZooHost::ZooHost(std::string const& skinFile) : TestHost(loader(skinFile)) {
+    // Away from zero, where some clocks mean that they stand still.
+    app().time += 10.0;
+}
+
+gui::Widget* ZooHost::show(ZooAnimal const& animal) {
+    Widget* const widget = animal.make();
+    if (animal.window) {
+        widget->setPosition(Vec2i(100, 100));
+        widget->setVisible(true);
+    } else {
+        auto* const window = static_cast<gui::Window*>(furnish(new gui::Window));
+        window->setPosition(Vec2i(100, 100));
+        window->setSize(Vec2i(500, 300));
+        window->setVisible(true);
+        widget->setPosition(Vec2i(30, 60));
+        window->insertWidget(widget, -1);
+    }
+    settle();
+    return widget;
+}
+
+void ZooHost::forgetSkins() {
+    lua_State* const L = gui::GUI::get()->getLuaState();
+    lua_newtable(L);
+    lua_setglobal(L, "Skin");
+}
+
+void ZooHost::settle() {
+    for (int i = 0; i < 4; ++i)
+        frame();
+}
+
+void ZooHost::tease(Widget& widget, std::function<void(char const*)> const& step) {
+    gui::WidgetHandler* const handler = widget.getHandler();
+    gui::GUI& gui = *gui::GUI::get();
+    auto const moveTo = [&](Vec2i const& inside) {
+        Vec2i const point = widget.widgetToScreen(inside);
+        moveMouse(point.x(), point.y());
+    };
+    Vec2i const middle(widget.getSize().x() / 2, widget.getSize().y() / 2);
+    Vec2i const far(-60, 2 * middle.y() + 90);
+    std::pair<char const*, std::function<void()>> const steps[] = {
+        {"hover", [&] { moveTo(middle); }},
+        {"press", [&] { pressMouse(); }},
+        {"drag out", [&] { moveTo(far); }},
+        {"drag in", [&] { moveTo(middle + Vec2i(1, 1)); }},
+        {"release", [&] { releaseMouse(); }},
+        {"double click", [&] { pressMouse(), releaseMouse(), pressMouse(); }},
+        {"capture lost", [&] { gui::WindowsManager::get(0)->releaseMouse(nullptr), releaseMouse(); }},
+        {"own capture",
+         [&] {
+             gui::WindowsManager::get(0)->captureMouse(handler);
+             gui::WindowsManager::get(0)->releaseMouse(nullptr);
+         }},
+        {"wheel", [&] { gui.mouseWheel(1), update(); }},
+        {"focus", [&] { widget.setTabOrder(1), widget.setFocused(true); }},
+        {"key", [&] { pressKey(gui::KeySpace), gui.onChar(gui::KeySpace, ' '), releaseKey(gui::KeySpace); }},
+        {"key to the widget", [&] { widget.onKeyDown(gui::KeyHome, 0); }},
+        {"char to the widget", [&] { widget.onChar(gui::KeyHome, 'x'); }},
+        {"key up to the widget", [&] { widget.onKeyUp(gui::KeyHome, 0); }},
+        {"tab", [&] { typeKey(gui::KeyTab); }},
+        {"move away", [&] { widget.setPosition(widget.getPosition() + Vec2i(3, 3)); }},
+        {"resize", [&] { widget.setSize(widget.getSize() + Vec2i(3, 3)); }},
+        {"leave", [&] { moveTo(far); }},
+        {"redraw", [&] { widget.setDirty(Widget::DirtyTree), frame(); }},
+        {"lose focus", [&] { widget.setFocused(false); }},
+        {"disable", [&] { widget.setEnabled(false); }},
+        {"enable", [&] { widget.setEnabled(true); }},
+        {"hide", [&] { widget.setVisible(false); }},
+        {"show", [&] { widget.setVisible(true); }},
+    };
+    for (auto const& [name, act] : steps) {
+        if (!gui::WidgetHandler::get(handler))
+            return;
+        act();
+        if (gui::WidgetHandler::get(handler))
+            step(name);
+    }
+}
+
+}  // namespace support
