@@ -9,6 +9,39 @@
 
 namespace gui {
 
+namespace {
+
+/// A widget that is hearing of its leave. What it does there, as moving its container, may update the hover again.
+class LeaveScope {
+public:
+    explicit LeaveScope(WidgetHandler const* widget) : widget_(widget), outer_(current_) { current_ = this; }
+    ~LeaveScope() { current_ = outer_; }
+    LeaveScope(LeaveScope const&) = delete;
+    LeaveScope& operator=(LeaveScope const&) = delete;
+
+    static bool contains(WidgetHandler const* widget) { return find_(widget) != nullptr; }
+    /// The widget is entered again, so that its next leave counts.
+    static void forget(WidgetHandler const* widget) {
+        if (LeaveScope* const scope = find_(widget))
+            scope->widget_ = nullptr;
+    }
+
+private:
+    static LeaveScope* find_(WidgetHandler const* widget) {
+        LeaveScope* scope = current_;
+        while (scope && scope->widget_ != widget)
+            scope = scope->outer_;
+        return scope;
+    }
+
+    static inline LeaveScope* current_ = nullptr;
+
+    WidgetHandler const* widget_;
+    LeaveScope* outer_;
+};
+
+}  // namespace
+
 // --- Hit detection: the last child lies on top ---
 
 Widget* Container::getWidgetAtScreenPoint(osg::Vec2i const& point) {
@@ -62,16 +95,20 @@ void Container::updateHoveredWidget_(osg::Vec2i const& point) {
 
 void Container::onHoveredWidgetChanged_(WidgetHandler* newHovered, osg::Vec2i const& point) {
     WidgetHandler* const oldHovered = hoveredWidget;
-    if (Widget* const old = WidgetHandler::get(oldHovered)) {
+    Widget* const old = WidgetHandler::get(oldHovered);
+    if (old && !LeaveScope::contains(oldHovered)) {
         AliveGuard const self(this);
+        LeaveScope const leaving(oldHovered);
         old->onMouseLeave(point);
         // A leave callback may have moved the hover on by itself; its widget has had its enter.
         if (self.dead() || (hoveredWidget && hoveredWidget != oldHovered))
             return;
     }
     hoveredWidget = newHovered;
-    if (Widget* const entered = WidgetHandler::get(newHovered))
+    if (Widget* const entered = WidgetHandler::get(newHovered)) {
+        LeaveScope::forget(newHovered);
         entered->onMouseEnter(point);
+    }
 }
 
 Widget* Container::getLiveHovered_() const {

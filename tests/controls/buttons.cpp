@@ -335,8 +335,9 @@ TEST(CheckMarks, BelongToTheReleasedStateOfTheirInnerStateAndTheFocusFrameLeaves
 }
 
 TEST(CheckMarks, CountInTheNaturalSizeBeforeTheFirstRedrawToo) {
-    support::TestHost host("Skin = {checkBoxSkin = function() return {skinData = {states = {released = {{check = {file = "
-                   "'tests/graphics/picture.png'}}}}}} end}");
+    support::TestHost host(
+        "Skin = {checkBoxSkin = function() return {skinData = {states = {released = {{check = {file = "
+        "'tests/graphics/picture.png'}}}}}} end}");
     auto* const box = new gui::CheckBox(0);
     Vec2i const before = box->calcSize();
     EXPECT_EQ(before, Vec2i(16, 8));

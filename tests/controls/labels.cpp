@@ -28,7 +28,8 @@ using osg::Vec2i;
 
 std::string skins(std::string const& times) {
     std::string const state = std::string("bkg = {center_center = '0xff0000ff'}, text = {font = '") +
-                              support::fontFile + "', fontSize = 14, color = '0x000000ff'}, picture = {file = "
+                              support::fontFile +
+                              "', fontSize = 14, color = '0x000000ff'}, picture = {file = "
                               "'tests/graphics/picture.png'}";
     return "Skin = {staticSkin = " + support::skinFunction("", "bkg = {center_center = '0xff0000ff'}") +
            ", animatedColorStaticSkin = " + support::skinFunction(times, state) + "}";
@@ -183,8 +184,9 @@ TEST(TextureViews, ShowTheHostsPictureTurnedAndFollowTheirSize) {
 /// A label in the colour (0, 0, 0, 1), fading in 1 s to what is asked, for 2 s, and back in 4 s.
 class Fading : public testing::Test {
 protected:
-    explicit Fading(char const* times = "textColorAppearDuration = 1, textColorShowDuration = 2, "
-                                        "textColorDisappearDuration = 4")
+    explicit Fading(char const* times =
+                        "textColorAppearDuration = 1, textColorShowDuration = 2, "
+                        "textColorDisappearDuration = 4")
         : host(skins(times)) {
         label->setText(L"text");
         label->setSize(Vec2i(100, 30));
@@ -194,7 +196,8 @@ protected:
     void expectColor(osg::Vec4f const& expected, char const* where) {
         std::string const trace = host.traceDraw(*label);
         size_t const last = trace.rfind("color ");
-        expectNear(numbersBehind(trace, "color ", last), {expected.x(), expected.y(), expected.z(), expected.w()}, where);
+        expectNear(numbersBehind(trace, "color ", last), {expected.x(), expected.y(), expected.z(), expected.w()},
+                   where);
         EXPECT_EQ(host.traceMake(*label), trace) << where;
     }
     static osg::Vec4f mix(osg::Vec4f const& from, osg::Vec4f const& to, double part) {
@@ -275,7 +278,8 @@ TEST_F(Fading, MayEndWithTheLabelInsideATick) {
     gui::UpdateManager::get().addTarget(&second);
     host.advance(0.1);
     host.advance(0.1);
-    for (gui::UpdateTarget* target : {static_cast<gui::UpdateTarget*>(&first), static_cast<gui::UpdateTarget*>(&second)})
+    for (gui::UpdateTarget* target :
+         {static_cast<gui::UpdateTarget*>(&first), static_cast<gui::UpdateTarget*>(&second)})
         gui::UpdateManager::get().removeTarget(target);
 }
 

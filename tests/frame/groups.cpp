@@ -360,7 +360,8 @@ TEST_F(Groups, HotKeysAreAskedFromTheTopUntilOneAnswers) {
     auto* const popup = make<gui::PopupWindow>('p');
     std::string heard;
     auto const listen = [&](WindowBase* window, gui::HotKey key) {
-        auto const action = std::make_shared<std::function<void()>>([&heard, name = names.at(window)] { heard += name; });
+        auto const action =
+            std::make_shared<std::function<void()>>([&heard, name = names.at(window)] { heard += name; });
         window->addHotKeyCallback(key, action);
     };
     listen(low, {gui::KeyF1});

@@ -173,8 +173,9 @@ TEST(GuiDestruction, EndsEveryWidgetAndIsNotRepeatedByTheirCallbacks) {
     auto* const window = new gui::Window;
     window->setSize(osg::Vec2i(50, 50));
     window->setVisible(true);
-    gui::WidgetHandler* const handlers[] = {loose->getHandler(), window->getHandler(),
-                                            gui::WindowsManager::get(0)->findWidgetAtScreenPoint({10, 10})->getHandler()};
+    gui::WidgetHandler* const handlers[] = {
+        loose->getHandler(), window->getHandler(),
+        gui::WindowsManager::get(0)->findWidgetAtScreenPoint({10, 10})->getHandler()};
     int calls = 0;
     window->setFocused(true);
     support::onEvent(*window, gui::Widget::focusCallbackName, [&] {

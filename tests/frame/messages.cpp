@@ -96,8 +96,8 @@ TEST_F(Input, ArrivesInTheOrderInWhichItWasPosted) {
     gui.mouseWheel(-2);
     gui.mouseUp(gui::MouseButtonMain);
     EXPECT_TRUE(events.empty()) << "delivered before the drain";
-    EXPECT_EQ(drain(), (Events{"raw key 7", "down 1", "raw mouse 20 40 3", "user", "move 20 40", "wheel 20 40 -2",
-                               "up 1"}));
+    EXPECT_EQ(drain(),
+              (Events{"raw key 7", "down 1", "raw mouse 20 40 3", "user", "move 20 40", "wheel 20 40 -2", "up 1"}));
 }
 
 TEST_F(Input, WhatAMessagePostsWaitsForTheNextDrain) {
@@ -126,11 +126,11 @@ TEST_F(Input, ADoubleClickIsASecondPressOfTheSameButtonInTime) {
     };
     // A third press is a double click of the second; the limit itself is too late; the position plays no part.
     Press const presses[] = {
-        {2.0, gui::MouseButtonMain, "down 1"},         {2.2, gui::MouseButtonMain, "double 1"},
-        {2.4, gui::MouseButtonMain, "double 1"},       {3.0, gui::MouseButtonMain, "down 1"},
-        {3.1, gui::MouseButtonSecondary, "down 3"},    {3.2, gui::MouseButtonMain, "down 1"},
-        {3.2, gui::MouseButtonSecondary, "down 3"},    {4.0, gui::MouseButtonMain, "down 1"},
-        {4.25, gui::MouseButtonMain, "double 1"},      {4.5, gui::MouseButtonMain, "down 1"},
+        {2.0, gui::MouseButtonMain, "down 1"},      {2.2, gui::MouseButtonMain, "double 1"},
+        {2.4, gui::MouseButtonMain, "double 1"},    {3.0, gui::MouseButtonMain, "down 1"},
+        {3.1, gui::MouseButtonSecondary, "down 3"}, {3.2, gui::MouseButtonMain, "down 1"},
+        {3.2, gui::MouseButtonSecondary, "down 3"}, {4.0, gui::MouseButtonMain, "down 1"},
+        {4.25, gui::MouseButtonMain, "double 1"},   {4.5, gui::MouseButtonMain, "down 1"},
         {4.5, gui::MouseButtonMain, "double 1"},
     };
     int place = 0;

@@ -16,9 +16,9 @@ using osg::Vec2i;
 
 std::string tooltipSkin() {
     return "Skin = {tooltipSkin = " +
-           support::skinFunction("startTime = 0.5, duration = 4, insets = {left = 5, top = 5, right = 5, bottom = 5}",
-                                 std::string("text = {font = '") + support::fontFile +
-                                     "', fontSize = 14, color = '0xffffffff'}") +
+           support::skinFunction(
+               "startTime = 0.5, duration = 4, insets = {left = 5, top = 5, right = 5, bottom = 5}",
+               std::string("text = {font = '") + support::fontFile + "', fontSize = 14, color = '0xffffffff'}") +
            "}";
 }
 

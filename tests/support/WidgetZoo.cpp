@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "gui_lib/Skin/Data.h"
+#include "gui_lib/Skin/Skin.h"
 #include "gui_lib/controls/buttons/Button.h"
 #include "gui_lib/controls/buttons/CheckBox.h"
 #include "gui_lib/controls/buttons/RadioButton.h"
@@ -71,6 +73,12 @@ Widget* makeTurnedStatic() {
     auto* const label = dress(new gui::Static, L"Turned\tby an angle");
     label->setPivotPoint(Vec2i(20, 10));
     label->setAngle(30.0);
+    // The default skins give labels neither a picture nor a clip.
+    gui::Image::Info picture;
+    picture.file = "tests/graphics/picture.png";
+    gui::skin::Data& data = *label->getWidgetSkin()->getSkinData();
+    data.setImage(&picture, gui::skin::InteractiveStateReleased, 1);
+    data.setClipInsets({2, 2, 2, 2});
     return label;
 }
 
@@ -124,8 +132,8 @@ std::vector<ZooAnimal> const& getZoo() {
         {"TabGroupItemOff", []() -> Widget* { return dress(new gui::TabGroupItem(false), L"Tab"); }},
         {"TabGroupItemOn", []() -> Widget* { return dress(new gui::TabGroupItem(true), L"Tab"); }},
         {"TextureView", makeTextureView},
-        {"Tooltip",
-         []() -> Widget* { return dress(new gui::Tooltip(gui::WindowsManager::get(0)), L"A hint"); }, false, false},
+        {"Tooltip", []() -> Widget* { return dress(new gui::Tooltip(gui::WindowsManager::get(0)), L"A hint"); }, false,
+         false},
         {"Window", [] { return furnish(new gui::Window); }, true},
         {"ModalWindow", makeModal, true},
         {"PopupWindow", [] { return furnish(new gui::PopupWindow); }, true, false},
@@ -138,7 +146,8 @@ std::vector<ZooAnimal> const& getZoo() {
 
 ZooAnimal const* findAnimal(std::string const& name) {
     auto const& zoo = getZoo();
-    auto const found = std::find_if(zoo.begin(), zoo.end(), [&](ZooAnimal const& animal) { return animal.name == name; });
+    auto const found =
+        std::find_if(zoo.begin(), zoo.end(), [&](ZooAnimal const& animal) { return animal.name == name; });
     return found == zoo.end() ? nullptr : &*found;
 }
 

@@ -228,6 +228,24 @@ TEST_F(ContainerEvents, TheLaterOfTwoOverlappingChildrenIsHit) {
     EXPECT_EQ(box->getTooltipWidget(at(90, 50)), box);
 }
 
+TEST_F(ContainerEvents, AHoverThatIsUpdatedInsideALeaveTellsNobodyTwice) {
+    int updates = 0;
+    right->addMouseCallback(gui::MouseCallbackLeave,
+                            std::make_shared<std::function<void(int, int, int)>>([&](int, int, int) {
+                                // As a container that moves does; bounded, lest a fault eats the stack.
+                                if (++updates < 10)
+                                    box->onMouseCursorMove(at(10, 10));
+                            }));
+    box->onMouseMove(at(90, 50));
+    takeEvents();
+    box->onMouseMove(at(10, 10));
+    EXPECT_EQ(takeEvents(), (Words{"right leave", "left enter", "left move"}));
+    box->onMouseMove(at(90, 50));
+    takeEvents();
+    box->onMouseMove(at(10, 10));
+    EXPECT_EQ(takeEvents(), (Words{"right leave", "left enter", "left move"})) << "a later leave counts";
+}
+
 TEST_F(ContainerEvents, ADisabledContainerKeepsAllButTheWheelFromItsChildren) {
     box->onMouseMove(at(10, 10));
     int wheels = 0;

@@ -133,7 +133,7 @@ project_box() {
 # --- Start ---
 
 start_server() {
-    Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp 3> "$kept/display" > "$out/xvfb.log" 2>&1 &
+    Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp -noreset 3> "$kept/display" > "$out/xvfb.log" 2>&1 &
     server=$!
     await test -s "$kept/display" || give_up "Xvfb does not start; see $out/xvfb.log"
     DISPLAY=":$(cat "$kept/display")"

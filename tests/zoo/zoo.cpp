@@ -82,6 +82,29 @@ TEST_P(Zoo, RecordedAndPlayedItDrawsWhatItDrawsDirectly) {
     EXPECT_GE(looks.size(), bare ? 2u : 3u) << "the looks should differ, or nothing was compared";
 }
 
+/// Without the switches of the quad mode, which drawing and recording repeat in different places.
+std::string withoutModeSwitches(std::string const& trace) {
+    std::string rest;
+    for (size_t from = 0, end = 0; (end = trace.find('\n', from)) != std::string::npos; from = end + 1)
+        if (trace.compare(from, 17, "> turnOnDrawQuads") != 0)
+            rest += trace.substr(from, end + 1 - from);
+    return rest;
+}
+
+TEST_P(Zoo, OnTheRenderersContractOnlyRepeatedModeSwitchesDiffer) {
+    ZooHost host;
+    Widget* const widget = host.show(animal());
+    host.trace().setContractWanted(true);
+    for (bool focused : {false, true}) {
+        widget->setTabOrder(1);
+        widget->setFocused(focused);
+        host.settle();
+        std::string const drawn = withoutModeSwitches(host.traceDraw(rootOf(*widget)));
+        EXPECT_EQ(withoutModeSwitches(host.traceMake(rootOf(*widget))), drawn) << focused;
+        EXPECT_NE(drawn.find("> "), std::string::npos);
+    }
+}
+
 TEST_P(Zoo, ItsWholeFrameIsTheSameAfterItsStatesHavePassed) {
     ZooHost host;
     Widget* const widget = host.show(animal());
@@ -229,10 +252,10 @@ TEST_P(Zoo, ItMayDieInsideEachOfItsCallbacks) {
     });
     for (char const* name : {Widget::changeCallbackName, Widget::focusCallbackName, Widget::positionCallbackName,
                              Widget::sizeCallbackName, gui::WindowBase::closeCallbackName, "tab group item show"})
-        kinds.emplace_back(name, [name](Widget& widget, std::function<void()> action) {
-            support::onEvent(widget, name, action);
-        });
-    kinds.emplace_back("redraw", [](Widget& widget, std::function<void()> action) { widget.setRedrawCallback(action); });
+        kinds.emplace_back(
+            name, [name](Widget& widget, std::function<void()> action) { support::onEvent(widget, name, action); });
+    kinds.emplace_back("redraw",
+                       [](Widget& widget, std::function<void()> action) { widget.setRedrawCallback(action); });
     kinds.emplace_back("do redraw",
                        [](Widget& widget, std::function<void()> action) { widget.setDoRedrawCallback(action); });
 
@@ -364,9 +387,10 @@ TEST(ZooFrames, TheSameSessionTwiceMakesTheDeviceDoTheSame) {
     EXPECT_GT(first.size(), 100000u);
     if (first == second)
         return;
-    size_t const at = size_t(std::mismatch(first.begin(), first.end(), second.begin(), second.end()).first -
-                             first.begin());
-    FAIL() << "first difference:\n" << first.substr(at > 300 ? at - 300 : 0, 600) << "\nsecond:\n"
+    size_t const at =
+        size_t(std::mismatch(first.begin(), first.end(), second.begin(), second.end()).first - first.begin());
+    FAIL() << "first difference:\n"
+           << first.substr(at > 300 ? at - 300 : 0, 600) << "\nsecond:\n"
            << second.substr(at > 300 ? at - 300 : 0, 600);
 }
 

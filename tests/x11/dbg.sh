@@ -1,0 +1,437 @@
+#!/usr/bin/env bash
+# Works the gallery with a real mouse and keyboard on an X display of its own.
+#   tests/x11/run.sh [BUILD]    BUILD: the folder of the built gallery (default build/dev)
+# The screen and the cursor alone decide. The widget tree that F12 prints only tells where to click. What has just been
+# done is known to be on the screen when the marker, a switch, has shown and lost its hover look afterwards (settle).
+# Pictures are left in out/x11.
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+build="${1:-build/dev}"
+gallery="$build/gallery"
+out=out/x11
+width=1400
+height=860
+
+probe="$build/x11_probe"
+[ -x "$probe" ] || probe=build/dev/x11_probe
+for needed in "$gallery" "$probe"; do
+    [ -x "$needed" ] || { echo "x11: $needed is missing: build the dev preset first" >&2; exit 2; }
+done
+for needed in Xvfb xdotool; do
+    command -v $needed > /dev/null || { echo "x11: $needed is missing: run tools/install-deps.sh all" >&2; exit 2; }
+done
+
+rm -rf "$out"
+mkdir -p "$out"
+kept="$(mktemp -d)"
+server=
+program=
+cover=
+
+clean_up() {
+    [ -z "$cover" ] || kill "$cover" 2> /dev/null
+    [ -z "$program" ] || kill "$program" 2> /dev/null
+    [ -z "$server" ] || kill "$server" 2> /dev/null
+    wait 2> /dev/null
+    rm -rf "$kept"
+}
+trap clean_up EXIT
+trap 'exit 1' INT TERM
+
+# await <command...>: until it succeeds, up to 10 seconds.
+await() {
+    local end=$((SECONDS + 10))
+    until "$@"; do
+        [ $SECONDS -lt $end ] || return 1
+        sleep 0.1
+    done
+}
+
+give_up() {
+    echo "x11: $1" >&2
+    [ -z "${DISPLAY_READY:-}" ] || "$probe" png "$out/gave-up.png"
+    exit 1
+}
+
+# --- The screen; regions are kept under a name, points are of the gallery's window ---
+
+# keep <name> <x> <y> <width> <height>
+keep() { "$probe" save "$kept/$1" $(($2 + left)) $(($3 + top)) "$4" "$5"; }
+# changes <name> [pixels]: waits until so many pixels differ.
+changes() { "$probe" wait-differ "$kept/$1" "${2:-20}"; }
+# returns <name>: waits until it looks as it did.
+returns() { "$probe" wait-same "$kept/$1"; }
+# appears <name> <x> <y>: waits until what was kept shows at another place.
+appears() { "$probe" wait-same "$kept/$1" $(($2 + left)) $(($3 + top)); }
+# is <name> [x y]: looks like it now.
+is() {
+    if [ $# -eq 1 ]; then "$probe" same "$kept/$1"; else "$probe" same "$kept/$1" $(($2 + left)) $(($3 + top)); fi
+}
+picture() { "$probe" png "$out/$1.png"; }
+
+# --- Mouse and keyboard ---
+
+move() { xdotool mousemove $(($1 + left)) $(($2 + top)); }
+# Later than a double click, which is no press to a border.
+press() { sleep 0.4 && xdotool mousedown 1; }
+release() { xdotool mouseup 1; }
+park() { move 12 $((height - 12)); }
+# click <x> <y>
+click() { move "$1" "$2" && press && release; }
+# drag <from x> <from y> <to x> <to y>: leaves the button held.
+drag() {
+    local step
+    move "$1" "$2"
+    press
+    for step in 1 2 3 4 5; do
+        move $(($1 + ($3 - $1) * step / 5)) $(($2 + ($4 - $2) * step / 5))
+    done
+}
+# Everything done so far has been taken in and drawn; the mouse rests over the scene.
+settle() {
+    move "$marker_x" "$marker_y" && changes marker && park && returns marker
+}
+
+# --- Where the widgets are ---
+
+# find <window> <type and text as the tree has them>: sets x, y, w, h and the middle, cx and cy.
+find() {
+    read -r x y w h < <(awk -v window="name \"$1\"" -v what="$2 " '
+        /^  [^ ]/ { inside = index($0, window) > 0 }
+        inside && index($0, what) && match($0, /-?[0-9]+,-?[0-9]+ [0-9]+x[0-9]+/) {
+            place = substr($0, RSTART, RLENGTH)
+            gsub(/[,x]/, " ", place)
+            print place
+            exit
+        }' "$out/gallery.log")
+    [ -n "${h:-}" ] || give_up "the tree has no $2 in the window $1"
+    cx=$((x + w / 2))
+    cy=$((y + h / 2))
+}
+
+# project <x> <y>: sets px and py, where a point of the screen in the scene shows. The screen is seen nearly from the
+# front, so its corners suffice.
+project() {
+    px=$(((corners[0] * (sw - $1) * (sh - $2) + corners[2] * $1 * (sh - $2) + corners[4] * (sw - $1) * $2 +
+        corners[6] * $1 * $2) / (sw * sh)))
+    py=$(((corners[1] * (sw - $1) * (sh - $2) + corners[3] * $1 * (sh - $2) + corners[5] * (sw - $1) * $2 +
+        corners[7] * $1 * $2) / (sw * sh)))
+}
+# project_box <x> <y> <width> <height>: turns a rectangle of the surface into the one in the window: bx, by, bw, bh.
+project_box() {
+    local right bottom
+    project $(($1 + $3)) $(($2 + $4))
+    right=$px
+    bottom=$py
+    project "$1" "$2"
+    bx=$px
+    by=$py
+    bw=$((right - px))
+    bh=$((bottom - py))
+}
+
+# --- Start ---
+
+start_server() {
+    Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp -noreset 3> "$kept/display" > "$out/xvfb.log" 2>&1 &
+    server=$!
+    await test -s "$kept/display" || give_up "Xvfb does not start; see $out/xvfb.log"
+    DISPLAY=":$(cat "$kept/display")"
+    export DISPLAY
+    DISPLAY_READY=yes
+}
+
+find_window() {
+    kill -0 "$program" 2> /dev/null || give_up "the gallery ended at its start; see $out/gallery.log"
+    window="$(xdotool search --name '^Vorlex GUI gallery$' 2> /dev/null | head -n 1)"
+    [ -n "$window" ]
+}
+
+start_gallery() {
+    left=0
+    top=0
+    xdotool mousemove 2 2
+    keep black 0 0 1440 900
+    env -u WAYLAND_DISPLAY SDL_VIDEODRIVER=x11 LIBGL_ALWAYS_SOFTWARE=1 "$gallery" --still --scale 1 --skin dark \
+        --size ${width}x$height > "$out/gallery.log" 2>&1 &
+    program=$!
+    await find_window || await find_window || give_up "the gallery opens no window"
+    changes black 400000 || give_up "the gallery draws nothing"
+    left="$(xdotool getwindowgeometry --shell "$window" | sed -n 's/^X=//p')"
+    top="$(xdotool getwindowgeometry --shell "$window" | sed -n 's/^Y=//p')"
+    # No window manager gives the focus here.
+    xdotool windowfocus "$window"
+}
+
+# The tree, once: F12 shows it along with the debug skins, and takes them away.
+read_tree() {
+    "$probe" wait-still "$left" "$top" $width $height || give_up "the gallery does not stand still"
+    keep start 0 0 $width $height
+    xdotool key F12
+    await grep -q ' in the window ' "$out/gallery.log" || give_up "F12 does not print the tree"
+    xdotool key F12
+    returns start || { "$probe" differ "$kept/start"; cp "$kept/start" /tmp/w/x11/start.reg; }; returns start || give_up "the debug skins do not go away"
+    read -r sw sh corners_line < <(sed -n 's/.* \([0-9]*\)x\([0-9]*\) in the window /\1 \2 /p' "$out/gallery.log")
+    read -ra corners <<< "${corners_line//,/ }"
+    find controls 'SwitchButton "Scale"'
+    marker_x=$cx
+    marker_y=$cy
+    keep marker "$x" "$y" "$w" "$h"
+    find controls 'Static name "status"'
+    keep status "$x" "$y" "$w" "$h"
+    status=("$x" "$y" "$w" "$h")
+    arrow="$("$probe" cursor | cut -d ' ' -f 1)"
+}
+
+# What the status label says now.
+keep_status() { keep status "${status[@]}"; }
+
+# --- Checks ---
+
+a_click_on_a_button_changes_a_label() {
+    find controls 'Button "Press me"'
+    click "$cx" "$cy" && changes status && settle && picture clicked
+}
+
+# hover_button: the mouse comes to the button "Press me", whose look is kept as "hovered".
+hover_button() {
+    find controls 'Button "Press me"'
+    settle && keep button "$x" "$y" "$w" "$h" && move "$cx" "$cy" && changes button && keep hovered "$x" "$y" "$w" "$h"
+}
+
+# Held down, a button looks hovered while the mouse is elsewhere.
+a_press_dragged_out_changes_nothing() {
+    hover_button && keep_status && press && changes hovered && park && returns hovered && release && returns button &&
+        settle && is status
+}
+
+a_press_dragged_out_and_back_counts() {
+    hover_button && keep_status && press && changes hovered && park && returns hovered && move "$cx" "$cy" &&
+        changes hovered && release && changes status
+}
+
+# toggles <window> <what> <width>: three clicks switch its look, or the left `width` units of it, to and fro.
+toggles() {
+    find "$1" "$2"
+    click "$cx" "$cy" && settle && keep first "$x" "$y" "${3:-$w}" "$h" || return 1
+    click "$cx" "$cy" && settle && ! is first && keep second "$x" "$y" "${3:-$w}" "$h" || return 1
+    click "$cx" "$cy" && settle && is first && click "$cx" "$cy" && settle && is second
+}
+
+a_toggle_changes() { toggles controls 'ToggleButton "Toggle"'; }
+a_check_box_changes() { toggles controls 'CheckBox "Shadows"' 22; }
+
+# radios <on> <off> <off>: the mark of the first differs from that of the others.
+radios() {
+    local on="$1" off="$2" other="$3" ox oy
+    find controls "RadioButton \"$other\""
+    ox=$x
+    oy=$y
+    find controls "RadioButton \"$off\""
+    keep mark "$x" "$y" 22 "$h"
+    is mark "$ox" "$oy" || return 1
+    find controls "RadioButton \"$on\""
+    ! is mark "$x" "$y"
+}
+
+a_radio_group_has_one_choice() {
+    settle && radios Medium Low High && keep_status || return 1
+    find controls 'RadioButton "High"'
+    click "$cx" "$cy" && settle && radios High Medium Low && ! is status || return 1
+    find controls 'RadioButton "Low"'
+    click "$cx" "$cy" && settle && radios Low High Medium && picture radios
+}
+
+tab_moves_the_focus() {
+    find controls 'Button "Press me"'
+    click "$cx" "$cy" && settle && keep button_focused "$x" "$y" "$w" "$h" || return 1
+    find controls 'ToggleButton "Toggle"'
+    keep toggle "$x" "$y" "$w" "$h"
+    xdotool key Tab
+    changes toggle && ! is button_focused && keep toggle_focused "$x" "$y" "$w" "$h" && picture focus || return 1
+    xdotool key Tab
+    returns toggle || return 1
+    xdotool key shift+Tab
+    returns toggle_focused && keep_status || return 1
+    xdotool key Return
+    changes status
+}
+
+a_tooltip_shows_and_hides() {
+    find controls 'Button "Press me"'
+    # The tip is below the mouse and to its right.
+    settle && keep below $((cx + 8)) $((cy + 28)) 200 20 || return 1
+    move $((cx - 4)) "$cy" && move "$cx" "$cy" && changes below 2000 && picture tooltip && park && returns below
+}
+
+a_surface_in_the_scene_takes_the_mouse() {
+    find screen 'Button name "screen button"'
+    project "$cx" "$cy"
+    local mx=$px my=$py count l t r b
+    project_box "$x" "$y" "$w" "$h"
+    local button_left=$bx button_top=$by button_width=$bw button_height=$bh
+    find screen 'Static name "screen status"'
+    project_box "$x" "$y" "$w" "$h"
+    settle && keep label "$bx" "$by" "$bw" "$bh" || return 1
+    project_box 0 0 "$sw" "$sh"
+    keep screen "$bx" "$by" "$bw" "$bh"
+    move "$mx" "$my" && changes screen 200 || return 1
+    # The button under the mouse, and nothing else, has its hover look.
+    read -r count l t r b < <("$probe" differ "$kept/screen")
+    ((l - left >= button_left - 8 && r - left <= button_left + button_width + 8 && t - top >= button_top - 8 &&
+        b - top <= button_top + button_height + 8 && l - left < mx && mx < r - left && t - top < my &&
+        my < b - top)) || return 1
+    press && release && changes label && picture surface && settle && ! is label
+}
+
+the_hover_look_goes_when_the_mouse_leaves_the_program() {
+    hover_button || return 1
+    move $((-left + 2)) $((-top + 2)) && returns button
+}
+
+# Half of a hovered button is covered by a window of another program, to which the mouse goes.
+the_hover_look_goes_under_another_window() {
+    local gone
+    hover_button && keep half "$x" "$y" $((w / 2)) "$h" && keep covered "$cx" "$y" $((w / 2)) "$h" || return 1
+    move $((cx - 10)) "$cy"
+    "$probe" cover $((cx + left)) $((y + top)) $((w / 2)) "$h" &
+    cover=$!
+    changes covered && move $((cx + 10)) "$cy" && changes half
+    gone=$?
+    kill $cover && wait $cover 2> /dev/null
+    cover=
+    park && [ $gone -eq 0 ] && returns button
+}
+
+# The window "labels" is moved about by the checks below, each of which puts it back.
+measure_labels() {
+    find labels 'CloseButton'
+    close=($((x + 4)) $((y + 8)) $((w - 8)) $((h - 12)))
+    find labels 'Dragger'
+    dragger_width=$w
+    find labels 'WindowHeader "Labels"'
+    header_x=$x
+    header_y=$y
+    find labels 'Window name "labels"'
+    labels=("$x" "$y" "$w" "$h")
+    grip_x=$((header_x + 150))
+    grip_y=$((header_y + 2))
+}
+
+# Kept while the window has the focus; its round corners, which show what is behind, stay out.
+keep_labels() {
+    click "$grip_x" "$grip_y" && settle && keep title $((header_x + 10)) "$header_y" 90 14 && keep close "${close[@]}"
+}
+
+a_window_is_dragged_by_its_header() {
+    keep_labels && drag "$grip_x" "$grip_y" $((grip_x - 40)) $((grip_y + 60)) && release || return 1
+    appears title $((header_x - 30)) $((header_y + 60)) && ! is title && picture dragged || return 1
+    drag $((grip_x - 40)) $((grip_y + 60)) "$grip_x" "$grip_y" && release && returns title
+}
+
+a_window_dragged_far_left_comes_back() {
+    # Held near the end of the header, until the mouse is off the program's window.
+    local hold=$((header_x + dragger_width - 4)) outside=$((4 - left)) back=$((20 - dragger_width - labels[0]))
+    local end=$((close[0] + close[2] - 12))
+    keep_labels && keep header_end $end "${close[1]}" 12 "${close[3]}" || return 1
+    drag "$hold" "$grip_y" "$outside" "$grip_y" || return 1
+    appears header_end $((end + outside - hold)) "${close[1]}" && release || return 1
+    appears header_end $((end + back)) "${close[1]}" && settle && picture dragged-left || return 1
+    drag $((hold + back)) "$grip_y" "$hold" "$grip_y" && release && returns close
+}
+
+a_window_dragged_far_down_comes_back() {
+    local outside=$((900 - top - 2)) back=$((height - 20 - labels[1]))
+    keep_labels && drag "$grip_x" "$grip_y" "$grip_x" "$outside" && changes title 500 || return 1
+    ! is title $((header_x + 10)) $((header_y + back)) && release || return 1
+    appears title $((header_x + 10)) $((header_y + back)) && settle && picture dragged-down || return 1
+    # What the window covers else, for the check of its close button.
+    keep uncovered "${labels[@]}"
+    drag "$grip_x" $((grip_y + back)) "$grip_x" "$grip_y" && release && returns title
+}
+
+# A cursor is printed as its hash, and width and height of what is opaque.
+a_border_changes_the_cursor() {
+    local across down corner w h name
+    local right=$((labels[0] + labels[2] - 3)) bottom=$((labels[1] + labels[3] - 3))
+    park && "$probe" wait-cursor "$arrow" > "$kept/cursor" || return 1
+    move "$right" $((labels[1] + 200))
+    across="$("$probe" wait-cursor-not "$arrow")" || return 1
+    read -r name w h <<< "$across"
+    ((w > h)) || return 1
+    move $((labels[0] + 200)) "$bottom"
+    down="$("$probe" wait-cursor-not "$arrow" "$name")" || return 1
+    read -r _ w h <<< "$down"
+    ((h > w)) || return 1
+    move "$right" "$bottom"
+    corner="$("$probe" wait-cursor-not "$arrow" "$name" "${down%% *}")" || return 1
+    [ -n "$corner" ] && move $((labels[0] + 200)) $((labels[1] + 200)) && "$probe" wait-cursor "$arrow" > "$kept/cursor"
+}
+
+a_drag_on_the_border_resizes() {
+    local right=$((labels[0] + labels[2] - 3)) bottom=$((labels[1] + labels[3] - 3))
+    local middle_x=$((labels[0] + 200)) middle_y=$((labels[1] + 200))
+    keep_labels && keep edge $((labels[0] + 60)) $((bottom - 12)) 60 10 || return 1
+    drag "$right" "$middle_y" $((right - 60)) "$middle_y" && release || return 1
+    appears close $((close[0] - 60)) "${close[1]}" && ! is close && is title || return 1
+    drag "$middle_x" "$bottom" "$middle_x" $((bottom + 40)) && release || return 1
+    appears edge $((labels[0] + 60)) $((bottom + 28)) && ! is edge && settle && picture resized || return 1
+    drag $((right - 60)) $((bottom + 40)) "$right" "$bottom" && release && returns close && returns edge
+}
+
+the_close_button_hides_the_window() {
+    keep_labels && ! is uncovered || return 1
+    click $((close[0] + close[2] / 2)) $((close[1] + close[3] / 2)) && returns uncovered && settle && picture closed
+}
+
+escape_ends_the_program() {
+    xdotool key Escape
+    left=0 top=0 returns black && await ended && wait "$program" && program=
+}
+ended() { ! kill -0 "$program" 2> /dev/null || [ "$(ps -o stat= -p "$program" | cut -c 1)" = Z ]; }
+
+failed=()
+check() {
+    local start=$SECONDS
+    if "$1"; then
+        echo "ok      ${1//_/ } ($((SECONDS - start)) s)"
+        return
+    fi
+    picture "failed-$1"
+    failed+=("$1")
+    echo "FAILED  ${1//_/ } ($((SECONDS - start)) s): $out/failed-$1.png shows the screen"
+    release
+    park
+    kill -0 "$program" 2> /dev/null || give_up "the gallery ended too early; see $out/gallery.log"
+}
+
+start_server
+start_gallery
+read_tree
+echo fine; exit
+echo "ready on display $DISPLAY after $SECONDS s"
+
+check a_click_on_a_button_changes_a_label
+check a_press_dragged_out_changes_nothing
+check a_press_dragged_out_and_back_counts
+check the_hover_look_goes_when_the_mouse_leaves_the_program
+check the_hover_look_goes_under_another_window
+check a_tooltip_shows_and_hides
+check tab_moves_the_focus
+check a_toggle_changes
+check a_check_box_changes
+check a_radio_group_has_one_choice
+check a_surface_in_the_scene_takes_the_mouse
+check a_window_is_dragged_by_its_header
+check a_window_dragged_far_left_comes_back
+check a_window_dragged_far_down_comes_back
+check a_border_changes_the_cursor
+check a_drag_on_the_border_resizes
+check the_close_button_hides_the_window
+check escape_ends_the_program
+
+echo "$SECONDS s"
+if [ ${#failed[@]} -gt 0 ]; then
+    echo "failed: ${failed[*]}"
+    exit 1
+fi
