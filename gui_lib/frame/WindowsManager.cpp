@@ -290,6 +290,19 @@ void WindowsManager::unfocusOthers_(Window* window) {
             other->setFocused(false);
 }
 
+void WindowsManager::putOnTop_(WindowList& list, WindowBase* window) {
+    eraseFrom_(list, window);
+    list.push_back(window);
+    cursorHolder->onArrived(window);
+    updateHover_();
+}
+
+void WindowsManager::takeAway_(WindowList& list, WindowBase* window) {
+    eraseFrom_(list, window);
+    cursorHolder->onLeft(window);
+    updateHover_();
+}
+
 void WindowsManager::showModal(ModalWindow* window) {
     if (window->getAsWidget())
         return;
@@ -304,10 +317,7 @@ void WindowsManager::showModal(ModalWindow* window) {
     window->setFocused(true);
     if (guard.overtaken())
         return;
-    eraseFrom_(modals, window);
-    modals.push_back(window);
-    cursorHolder->onArrived(window);
-    updateHover_();
+    putOnTop_(modals, window);
 }
 
 void WindowsManager::hideModal(ModalWindow* window) {
@@ -320,9 +330,7 @@ void WindowsManager::hideModal(ModalWindow* window) {
     window->setFocused(false);
     if (guard.overtaken())
         return;
-    eraseFrom_(modals, window);
-    cursorHolder->onLeft(window);
-    updateHover_();
+    takeAway_(modals, window);
 }
 
 void WindowsManager::showPopup(PopupWindow* window) {
@@ -335,10 +343,7 @@ void WindowsManager::showPopup(PopupWindow* window) {
     window->setActive(true);
     if (guard.overtaken())
         return;
-    eraseFrom_(popups, window);
-    popups.push_back(window);
-    cursorHolder->onArrived(window);
-    updateHover_();
+    putOnTop_(popups, window);
 }
 
 void WindowsManager::hidePopup(PopupWindow* window) {
@@ -351,9 +356,7 @@ void WindowsManager::hidePopup(PopupWindow* window) {
     window->setActive(false);
     if (guard.overtaken())
         return;
-    eraseFrom_(popups, window);
-    cursorHolder->onLeft(window);
-    updateHover_();
+    takeAway_(popups, window);
 }
 
 void WindowsManager::showOverlay(OverlayWindow* window) {

@@ -119,6 +119,8 @@ private:
     template <class WindowType>
     void insertByZOrder_(WindowList& list, WindowType* window);
     void unfocusOthers_(Window* window);
+    void putOnTop_(WindowList& list, WindowBase* window);
+    void takeAway_(WindowList& list, WindowBase* window);
     void closePopups_(bool spareActive);
     void deactivatePopups_();
     void updateHover_();

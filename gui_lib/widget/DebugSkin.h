@@ -5,8 +5,8 @@
 
 namespace gui {
 
-/// The outline that GUI's debug mode lays over a widget. It shows its own drawables only: the widget's skin has drawn the
-/// children already, and a target of the widget is no business of the outline.
+/// The outline that GUI's debug mode lays over a widget. It shows its own drawables only: the widget's skin has drawn
+/// the children already, and a target of the widget is no business of the outline.
 class DebugSkin final : public skin::Skin {
 public:
     explicit DebugSkin(Widget* widget) : Skin(widget, true) {}

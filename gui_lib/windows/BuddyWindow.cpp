@@ -5,49 +5,29 @@
 
 namespace gui {
 
-BuddyWindow::BuddyWindow() {
-    skin = new skin::WindowBaseSkin(this);
-}
+BuddyWindow::BuddyWindow() { skin = new skin::WindowBaseSkin(this); }
 
-void BuddyWindow::setBuddyWidget(Widget* widget) {
-    buddyWidget = widget ? widget->getHandler() : nullptr;
-}
+void BuddyWindow::setBuddyWidget(Widget* widget) { buddyWidget = widget ? widget->getHandler() : nullptr; }
 
-Widget* BuddyWindow::getBuddyWidget() const {
-    return WidgetHandler::get(buddyWidget);
-}
+Widget* BuddyWindow::getBuddyWidget() const { return WidgetHandler::get(buddyWidget); }
 
 // --- Widgets ---
 
-void BuddyWindow::clear() {
-    clear_();
-}
+void BuddyWindow::clear() { clear_(); }
 
-void BuddyWindow::removeAllWidgets() {
-    removeAllWidgets_();
-}
+void BuddyWindow::removeAllWidgets() { removeAllWidgets_(); }
 
-int BuddyWindow::getWidgetCount() const {
-    return getWidgetCount_();
-}
+int BuddyWindow::getWidgetCount() const { return getWidgetCount_(); }
 
-Widget* BuddyWindow::getWidget(int index) const {
-    return getWidget_(index);
-}
+Widget* BuddyWindow::getWidget(int index) const { return getWidget_(index); }
 
-void BuddyWindow::insertWidget(Widget* widget, int index) {
-    insertWidget_(widget, index);
-}
+void BuddyWindow::insertWidget(Widget* widget, int index) { insertWidget_(widget, index); }
 
-void BuddyWindow::removeWidget(Widget* widget) {
-    removeWidget_(widget);
-}
+void BuddyWindow::removeWidget(Widget* widget) { removeWidget_(widget); }
 
 // --- Keys ---
 
-char const* BuddyWindow::getWidgetType() const {
-    return "BuddyWindow";
-}
+char const* BuddyWindow::getWidgetType() const { return "BuddyWindow"; }
 
 bool BuddyWindow::onKeyDown(KeyboardButton key, int modifiers) {
     AliveGuard const guard(this);

@@ -10,21 +10,15 @@ OffscreenWindow::OffscreenWindow() {
     skin->load("windowSkin");
 }
 
-char const* OffscreenWindow::getWidgetType() const {
-    return "OffscreenWindow";
-}
+char const* OffscreenWindow::getWidgetType() const { return "OffscreenWindow"; }
 
 void OffscreenWindow::setZOrder(int newZOrder) {
     if (newZOrder != zOrder)
         onZOrderChanged_(newZOrder);
 }
 
-int OffscreenWindow::getZOrder() const {
-    return zOrder;
-}
+int OffscreenWindow::getZOrder() const { return zOrder; }
 
-void OffscreenWindow::onZOrderChanged_(int newZOrder) {
-    zOrder = newZOrder;
-}
+void OffscreenWindow::onZOrderChanged_(int newZOrder) { zOrder = newZOrder; }
 
 }  // namespace gui

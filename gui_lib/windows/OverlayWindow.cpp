@@ -20,18 +20,14 @@ OverlayWindow::~OverlayWindow() {
         manager->hideOverlay(this);
 }
 
-char const* OverlayWindow::getWidgetType() const {
-    return "OverlayWindow";
-}
+char const* OverlayWindow::getWidgetType() const { return "OverlayWindow"; }
 
 void OverlayWindow::setZOrder(int newZOrder) {
     if (newZOrder != zOrder)
         onZOrderChanged_(newZOrder);
 }
 
-int OverlayWindow::getZOrder() const {
-    return zOrder;
-}
+int OverlayWindow::getZOrder() const { return zOrder; }
 
 void OverlayWindow::onZOrderChanged_(int newZOrder) {
     WindowsManager* const manager = leaveManager_();

@@ -13,18 +13,14 @@ PopupWindow::~PopupWindow() {
         manager->hidePopup(this);
 }
 
-char const* PopupWindow::getWidgetType() const {
-    return "PopupWindow";
-}
+char const* PopupWindow::getWidgetType() const { return "PopupWindow"; }
 
 void PopupWindow::setActive(bool newActive) {
     if (newActive != active)
         onActiveChanged_(newActive);
 }
 
-void PopupWindow::onActiveChanged_(bool newActive) {
-    active = newActive;
-}
+void PopupWindow::onActiveChanged_(bool newActive) { active = newActive; }
 
 void PopupWindow::setFocused(bool newFocused) {
     AliveGuard const guard(this);

@@ -165,6 +165,8 @@ bool SdlApplication::createRenderer_() {
 void SdlApplication::onStarted_() {
     gui::GUI* const gui = gui::GUI::get();
     gui->setMakeScreenShotCallback(saveNumberedScreenshot);
+    // Until the toolkit asks for a cursor the display would choose.
+    impl_->setCursor(gui::WindowBase::CursorDefault);
     gui->setSurfaceMouseCursorCallback(
         0, [this](bool owned, int cursor, gui::WindowBase*) { impl_->setCursor(owned ? cursor : 0); });
 }

@@ -38,8 +38,8 @@ public:
 
     /// Errors that GL reported so far in passes; always 0 outside a debug context.
     virtual unsigned getErrorCount() const = 0;
-    /// The GL name of a plain texture, for a host that draws with it; 0 if there is none of that handle. Row 0 is the top,
-    /// colours are premultiplied. It may change whenever the toolkit draws.
+    /// The GL name of a plain texture, for a host that draws with it; 0 if there is none of that handle. Row 0 is the
+    /// top, colours are premultiplied. It may change whenever the toolkit draws.
     virtual unsigned getTextureName(vtxDeviceHandle texture) = 0;
     /// Whether the context is OpenGL ES.
     virtual bool getIsES() const = 0;

@@ -55,10 +55,11 @@ TEST(NestedShowing, WhatIsHiddenWhileItShowsIsInNoGroup) {
 }
 
 TEST(NestedShowing, WhatIsShownWhileItHidesStays) {
+    // Outlives the host, whose end hides the popup once more.
+    bool once = true;
     support::TestHost host;
     auto* const popup = place(new gui::PopupWindow);
     popup->setVisible(true);
-    bool once = true;
     support::onEvent(*popup, Widget::focusCallbackName, [&] {
         if (std::exchange(once, false))
             popup->setVisible(true);

@@ -163,15 +163,22 @@ start_gallery() {
     xdotool windowfocus "$window"
 }
 
-# The tree, once: F12 shows it along with the debug skins, and takes them away.
+tree_count() { [ "$(grep -c ' in the window ' "$out/gallery.log")" -eq "$1" ]; }
+
+# The first frames are slow and not all alike, so the first tree is for them. F12 shows debug skins along with it.
 read_tree() {
+    xdotool key F12
+    await tree_count 1 || give_up "F12 does not print the tree"
+    xdotool key F12
+    park
     "$probe" wait-still "$left" "$top" $width $height || give_up "the gallery does not stand still"
     keep start 0 0 $width $height
     xdotool key F12
-    await grep -q ' in the window ' "$out/gallery.log" || give_up "F12 does not print the tree"
+    await tree_count 2 && changes start 1000 || give_up "F12 does not show the debug skins"
     xdotool key F12
     returns start || give_up "the debug skins do not go away"
-    read -r sw sh corners_line < <(sed -n 's/.* \([0-9]*\)x\([0-9]*\) in the window /\1 \2 /p' "$out/gallery.log")
+    read -r sw sh corners_line < <(sed -n 's/.* \([0-9]*\)x\([0-9]*\) in the window /\1 \2 /p' \
+        "$out/gallery.log" | tail -n 1)
     read -ra corners <<< "${corners_line//,/ }"
     find controls 'SwitchButton "Scale"'
     marker_x=$cx
@@ -180,6 +187,7 @@ read_tree() {
     find controls 'Static name "status"'
     keep status "$x" "$y" "$w" "$h"
     status=("$x" "$y" "$w" "$h")
+    settle || give_up "the mouse does not reach the gallery"
     arrow="$("$probe" cursor | cut -d ' ' -f 1)"
 }
 
@@ -405,6 +413,11 @@ check() {
     kill -0 "$program" 2> /dev/null || give_up "the gallery ended too early; see $out/gallery.log"
 }
 
+# Each step, for whoever looks into a failure.
+exec 9> "$out/steps.log"
+BASH_XTRACEFD=9
+PS4='+ $SECONDS s: '
+set -x
 start_server
 start_gallery
 read_tree
