@@ -94,8 +94,8 @@ settle() {
 
 # --- Where the widgets are ---
 
-# find <window> <type and text as the tree has them>: sets x, y, w, h and the middle, cx and cy.
-find() {
+# locate <window> <type and text as the tree has them>: sets x, y, w, h and the middle, cx and cy.
+locate() {
     read -r x y w h < <(awk -v window="name \"$1\"" -v what="$2 " '
         /^  [^ ]/ { inside = index($0, window) > 0 }
         inside && index($0, what) && match($0, /-?[0-9]+,-?[0-9]+ [0-9]+x[0-9]+/) {
@@ -180,11 +180,11 @@ read_tree() {
     read -r sw sh corners_line < <(sed -n 's/.* \([0-9]*\)x\([0-9]*\) in the window /\1 \2 /p' \
         "$out/gallery.log" | tail -n 1)
     read -ra corners <<< "${corners_line//,/ }"
-    find controls 'SwitchButton "Scale"'
+    locate controls 'SwitchButton "Scale"'
     marker_x=$cx
     marker_y=$cy
     keep marker "$x" "$y" "$w" "$h"
-    find controls 'Static name "status"'
+    locate controls 'Static name "status"'
     keep status "$x" "$y" "$w" "$h"
     status=("$x" "$y" "$w" "$h")
     settle || give_up "the mouse does not reach the gallery"
@@ -197,13 +197,13 @@ keep_status() { keep status "${status[@]}"; }
 # --- Checks ---
 
 a_click_on_a_button_changes_a_label() {
-    find controls 'Button "Press me"'
+    locate controls 'Button "Press me"'
     click "$cx" "$cy" && changes status && settle && picture clicked
 }
 
 # hover_button: the mouse comes to the button "Press me", whose look is kept as "hovered".
 hover_button() {
-    find controls 'Button "Press me"'
+    locate controls 'Button "Press me"'
     settle && keep button "$x" "$y" "$w" "$h" && move "$cx" "$cy" && changes button && keep hovered "$x" "$y" "$w" "$h"
 }
 
@@ -220,7 +220,7 @@ a_press_dragged_out_and_back_counts() {
 
 # toggles <window> <what> <width>: three clicks switch its look, or the left `width` units of it, to and fro.
 toggles() {
-    find "$1" "$2"
+    locate "$1" "$2"
     click "$cx" "$cy" && settle && keep first "$x" "$y" "${3:-$w}" "$h" || return 1
     click "$cx" "$cy" && settle && ! is first && keep second "$x" "$y" "${3:-$w}" "$h" || return 1
     click "$cx" "$cy" && settle && is first && click "$cx" "$cy" && settle && is second
@@ -232,28 +232,28 @@ a_check_box_changes() { toggles controls 'CheckBox "Shadows"' 22; }
 # radios <on> <off> <off>: the mark of the first differs from that of the others.
 radios() {
     local on="$1" off="$2" other="$3" ox oy
-    find controls "RadioButton \"$other\""
+    locate controls "RadioButton \"$other\""
     ox=$x
     oy=$y
-    find controls "RadioButton \"$off\""
+    locate controls "RadioButton \"$off\""
     keep mark "$x" "$y" 22 "$h"
     is mark "$ox" "$oy" || return 1
-    find controls "RadioButton \"$on\""
+    locate controls "RadioButton \"$on\""
     ! is mark "$x" "$y"
 }
 
 a_radio_group_has_one_choice() {
     settle && radios Medium Low High && keep_status || return 1
-    find controls 'RadioButton "High"'
+    locate controls 'RadioButton "High"'
     click "$cx" "$cy" && settle && radios High Medium Low && ! is status || return 1
-    find controls 'RadioButton "Low"'
+    locate controls 'RadioButton "Low"'
     click "$cx" "$cy" && settle && radios Low High Medium && picture radios
 }
 
 tab_moves_the_focus() {
-    find controls 'Button "Press me"'
+    locate controls 'Button "Press me"'
     click "$cx" "$cy" && settle && keep button_focused "$x" "$y" "$w" "$h" || return 1
-    find controls 'ToggleButton "Toggle"'
+    locate controls 'ToggleButton "Toggle"'
     keep toggle "$x" "$y" "$w" "$h"
     xdotool key Tab
     changes toggle && ! is button_focused && keep toggle_focused "$x" "$y" "$w" "$h" && picture focus || return 1
@@ -266,19 +266,19 @@ tab_moves_the_focus() {
 }
 
 a_tooltip_shows_and_hides() {
-    find controls 'Button "Press me"'
+    locate controls 'Button "Press me"'
     # The tip is below the mouse and to its right.
     settle && keep below $((cx + 8)) $((cy + 28)) 200 20 || return 1
     move $((cx - 4)) "$cy" && move "$cx" "$cy" && changes below 2000 && picture tooltip && park && returns below
 }
 
 a_surface_in_the_scene_takes_the_mouse() {
-    find screen 'Button name "screen button"'
+    locate screen 'Button name "screen button"'
     project "$cx" "$cy"
     local mx=$px my=$py count l t r b
     project_box "$x" "$y" "$w" "$h"
     local button_left=$bx button_top=$by button_width=$bw button_height=$bh
-    find screen 'Static name "screen status"'
+    locate screen 'Static name "screen status"'
     project_box "$x" "$y" "$w" "$h"
     settle && keep label "$bx" "$by" "$bw" "$bh" || return 1
     project_box 0 0 "$sw" "$sh"
@@ -313,14 +313,14 @@ the_hover_look_goes_under_another_window() {
 
 # The window "labels" is moved about by the checks below, each of which puts it back.
 measure_labels() {
-    find labels 'CloseButton'
+    locate labels 'CloseButton'
     close=($((x + 4)) $((y + 8)) $((w - 8)) $((h - 12)))
-    find labels 'Dragger'
+    locate labels 'Dragger'
     dragger_width=$w
-    find labels 'WindowHeader "Labels"'
+    locate labels 'WindowHeader "Labels"'
     header_x=$x
     header_y=$y
-    find labels 'Window name "labels"'
+    locate labels 'Window name "labels"'
     labels=("$x" "$y" "$w" "$h")
     grip_x=$((header_x + 150))
     grip_y=$((header_y + 2))
@@ -396,7 +396,7 @@ escape_ends_the_program() {
     xdotool key Escape
     left=0 top=0 returns black && await ended && wait "$program" && program=
 }
-ended() { ! kill -0 "$program" 2> /dev/null || [ "$(ps -o stat= -p "$program" | cut -c 1)" = Z ]; }
+ended() { ! kill -0 "$program" 2> /dev/null; }
 
 failed=()
 check() {
