@@ -83,6 +83,8 @@ void HostApplication::runFrame() {
     beginPicture_();
     if (drawScene_)
         drawScene_();
+    else
+        clearPicture_();
     gui->draw();
     present_();
     ++frameCount_;

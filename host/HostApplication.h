@@ -40,7 +40,8 @@ public:
 
     /// One whole frame.
     void runFrame();
-    /// Drawn under the windows, with the host's context current and its framebuffer bound.
+    /// Drawn under the windows, with the host's context current and its framebuffer bound; it clears what it does not
+    /// cover. Without one the windows lie on a plain colour.
     void setDrawScene(std::function<void()> function) { drawScene_ = std::move(function); }
     /// Runs in each frame after doRedraw and before the scene: surfaces are drawn into their targets here.
     void setDrawSurfaces(std::function<void()> function) { drawSurfaces_ = std::move(function); }
@@ -88,6 +89,8 @@ protected:
     virtual void pumpInput_() = 0;
     /// Binds the framebuffer that the frame is drawn to.
     virtual void beginPicture_() = 0;
+    /// Fills that framebuffer with a plain colour: for a host without a scene of its own.
+    virtual void clearPicture_() = 0;
     /// Shows the frame.
     virtual void present_() = 0;
     /// RGBA, rows from the top; empty if there are no pixels.

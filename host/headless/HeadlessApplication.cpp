@@ -81,6 +81,11 @@ void HeadlessApplication::beginPicture_() {
         context_->bindFramebuffer();
 }
 
+void HeadlessApplication::clearPicture_() {
+    if (context_)
+        context_->clear(0.13f, 0.15f, 0.18f, 1.0f);
+}
+
 void HeadlessApplication::present_() { time_ += frameTime_; }
 
 qor::vector<unsigned char> HeadlessApplication::readPicture_() {

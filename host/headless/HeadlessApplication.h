@@ -51,6 +51,7 @@ protected:
     void destroyWindow_() override;
     void pumpInput_() override;
     void beginPicture_() override;
+    void clearPicture_() override;
     void present_() override;
     qor::vector<unsigned char> readPicture_() override;
 

@@ -203,6 +203,11 @@ void SdlApplication::beginPicture_() {
     glViewport(0, 0, width, height);
 }
 
+void SdlApplication::clearPicture_() {
+    glClearColor(0.13f, 0.15f, 0.18f, 1.0f);
+    glClear(GL_COLOR_BUFFER_BIT);
+}
+
 void SdlApplication::present_() {
     if (!impl_->screenshotPath.empty()) {
         qor::string const path = std::exchange(impl_->screenshotPath, {});

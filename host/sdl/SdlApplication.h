@@ -33,6 +33,7 @@ protected:
     void destroyWindow_() override;
     void pumpInput_() override;
     void beginPicture_() override;
+    void clearPicture_() override;
     void present_() override;
     qor::vector<unsigned char> readPicture_() override;
     float getDisplayScale_() override;
