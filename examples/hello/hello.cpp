@@ -37,7 +37,7 @@ int main() {
     button->setSize({100, 32});
     int const change = gui::getWidgetCallbackType(gui::Widget::changeCallbackName);
     button->addWidgetCallback(change, std::make_shared<std::function<void()>>([label, count = 0]() mutable {
-                                  label->setText(L"Pressed " + std::to_wstring(++count) + L" times.");
+                                  label->setText(L"Presses: " + std::to_wstring(++count));
                               }));
     window->insertWidget(button, -1);
 
