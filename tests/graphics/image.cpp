@@ -167,29 +167,12 @@ TEST_F(ImageDrawing, thePictureSizeIsCutBeforeItIsSubtracted) {
     EXPECT_EQ(image.getSize(), osg::Vec2i(std::numeric_limits<int>::max(), 5));
 }
 
-TEST_F(ImageDrawing, samplersDifferBetweenDrawingAndRecording) {
+TEST_F(ImageDrawing, aTransparentColourDrawsNothing) {
     auto const target = makeTarget(10, 8);
     Image image;
     image.setTexture(target->getTexture(), false);
     image.redraw(osg::Vec2i(10, 8));
     image.doRedraw();
-    struct Case {
-        int sampler;
-        char const* direct;
-        char const* recorded;
-    };
-    Case const cases[] = {
-        {0, "setUserTextureFiltering 0", "turnOnDrawQuads; setUserTextureFiltering 0"},
-        {2, "setUserTextureFiltering 2; resetTextureSampler",
-         "turnOnDrawQuads; setUserTextureFiltering 2; resetTextureSampler"},
-        {3, "setUserTextureFiltering 0; resetTextureSampler",
-         "turnOnDrawQuads; setUserTextureFiltering 3; resetTextureSampler"},
-    };
-    for (Case const& c : cases) {
-        image.setUserTexSampler(c.sampler);
-        EXPECT_EQ(operations([&] { image.draw(); }), c.direct);
-        EXPECT_EQ(operationsRecorded([&](gui::GraphicCommands& list) { image.make(&list); }), c.recorded);
-    }
     osg::Vec4f const transparent(1, 1, 1, 0);
     EXPECT_EQ(operations([&] { image.draw(transparent); }), "");
     EXPECT_EQ(operationsRecorded([&](gui::GraphicCommands& list) { image.make(&list, transparent); }), "");

@@ -18,8 +18,15 @@ TestHost::TestHost(std::string_view skinText) : TestHost(skinText, Settings()) {
 
 TestHost::TestHost(std::string_view skinText, Settings const& settings)
     : app_(new TestApplication(settings.size)), settings_(settings) {
-    auto device = std::make_unique<vtxTraceDevice>(settings.size);
-    trace_ = device->getLog();
+    std::unique_ptr<vtxDevice> device;
+    if (settings.makeDevice) {
+        device = settings.makeDevice();
+        trace_ = std::make_shared<vtxTraceLog>();
+    } else {
+        auto trace = std::make_unique<vtxTraceDevice>(settings.size);
+        trace_ = trace->getLog();
+        device = std::move(trace);
+    }
     // Lines are only kept while a test asks for them.
     trace_->setRecording(false);
     vtxRenderer::create(std::move(device));
@@ -94,8 +101,20 @@ void TestHost::drawPass_(Function function) {
     renderer.endDraw();
 }
 
+void TestHost::drawWidget(gui::Widget& widget) {
+    drawPass_([&] { widget.draw(); });
+}
+
+void TestHost::playWidget(gui::Widget& widget) {
+    gui::GraphicCommands list;
+    widget.make(&list);
+    host::CommandPlayer::doRedraw(list);
+    drawPass_([&] { host::CommandPlayer::draw(list); });
+    host::CommandPlayer::release(list);
+}
+
 std::string TestHost::traceDraw(gui::Widget& widget) {
-    return traceOf_([&] { drawPass_([&] { widget.draw(); }); });
+    return traceOf_([&] { drawWidget(widget); });
 }
 
 std::string TestHost::traceMake(gui::Widget& widget) {

@@ -9,6 +9,7 @@
 #include "gui_lib/base/Keyboard.h"
 #include "tests/support/TestApplication.h"
 
+class vtxDevice;
 class vtxTraceLog;
 
 namespace gui {
@@ -25,6 +26,8 @@ public:
     struct Settings {
         osg::Vec2i size{800, 600};
         float scale = 1.0f;
+        /// Another back end than the trace; there is no trace then.
+        std::unique_ptr<vtxDevice> (*makeDevice)() = nullptr;
     };
 
     explicit TestHost(std::string_view skinText = "Skin = {}");
@@ -49,6 +52,9 @@ public:
     void advance(double seconds);
     /// What a frame makes the device do, as text.
     std::string traceFrame();
+    /// Draws `widget` in a pass of its own, directly, or recorded and played.
+    void drawWidget(gui::Widget& widget);
+    void playWidget(gui::Widget& widget);
     /// What `widget` makes the device do in a pass of its own, drawn directly, or recorded and played.
     std::string traceDraw(gui::Widget& widget);
     std::string traceMake(gui::Widget& widget);

@@ -162,7 +162,7 @@ std::string loader(std::string const& skinFile) {
 
 }  // namespace
 
-ZooHost::ZooHost(std::string const& skinFile) : TestHost(loader(skinFile)) {
+ZooHost::ZooHost(std::string const& skinFile, Settings const& settings) : TestHost(loader(skinFile), settings) {
     // Away from zero, where some clocks mean that they stand still.
     app().time += 10.0;
 }

@@ -32,7 +32,7 @@ ZooAnimal const* findAnimal(std::string const& name);
 class ZooHost : public TestHost {
 public:
     /// `skinFile` as the asset roots know it; empty gives no skins at all.
-    explicit ZooHost(std::string const& skinFile = "skins/dark.lua");
+    explicit ZooHost(std::string const& skinFile = "skins/dark.lua", Settings const& settings = {});
 
     /// Makes the animal and shows it; where it is no window, in the view of `window()`.
     gui::Widget* show(ZooAnimal const& animal);
