@@ -5,6 +5,7 @@
 
 #include "gui_lib/base/UpdateManager.h"
 #include "gui_lib/frame/GUI.h"
+#include "gui_lib/frame/WindowsManager.h"
 #include "host/PngWriter.h"
 #include "platform/qor/Log.h"
 #include "platform/vtx/vtxRenderer.h"
@@ -17,6 +18,12 @@ char const* const logTag = "HOST";
 constexpr int logError = 64;
 
 int toPixels(int units, float scale) { return static_cast<int>(std::lround(static_cast<double>(units) * scale)); }
+
+/// Ends the capture of every surface.
+void releaseCaptures() {
+    for (int surface = 0; gui::GUI::get()->getSurfaceIdValid(surface); ++surface)
+        gui::WindowsManager::get(surface)->releaseMouse(nullptr);
+}
 
 }  // namespace
 
@@ -192,6 +199,10 @@ void HostApplication::releaseAllInput() {
     for (int const key : keys)
         pushKey(static_cast<gui::KeyboardButton>(key), 0, false);
     auto const buttons = buttonsDown_;
+    gui::GUI* const gui = gui::GUI::get();
+    // Whoever holds the mouse is told first, so that letting go is no click.
+    if (gui && !buttons.empty())
+        gui->addUserMessage(std::make_shared<std::function<void()>>(releaseCaptures));
     for (int const button : buttons)
         pushMouseButton(button, false);
 }

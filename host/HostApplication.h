@@ -66,7 +66,7 @@ public:
     void pushChar(gui::KeyboardButton key, int codePoint);
     void pushRawKey(gui::RawKeyInfo const& info);
     void pushRawMouse(gui::RawMouseInfo const& info);
-    /// The window lost the focus: every key and button held is let go.
+    /// The window lost the focus: every key and button held is let go, and nothing is clicked by that.
     void releaseAllInput();
 
     // Application:

@@ -111,15 +111,20 @@ TEST(HeadlessHost, StepsRunInOrderOfTimeAndMayAddSteps) {
     EXPECT_EQ(order, "abc");
 }
 
-TEST(HeadlessHost, LosingTheFocusLetsKeysAndButtonsGo) {
+TEST(HeadlessHost, LosingTheFocusLetsKeysAndButtonsGoWithoutAClick) {
     Host host(HeadlessApplication::BackEnd::Trace);
+    osg::Vec2i const point = host.centreOfButton();
+    host.app->pushMouseMove(point.x(), point.y());
     host.app->pushKey(gui::KeyLeftShift, 0, true);
     host.app->pushMouseButton(1, true);
     host.app->runFrame();
     EXPECT_TRUE(host.app->getKeyDown(gui::KeyLeftShift) && host.app->getMouseButtonDown(1));
+    EXPECT_EQ(host.button->getInteractiveState(), gui::skin::InteractiveStatePressed);
     host.app->releaseAllInput();
     host.app->runFrame();
     EXPECT_FALSE(host.app->getKeyDown(gui::KeyLeftShift) || host.app->getMouseButtonDown(1));
+    EXPECT_EQ(host.button->getInteractiveState(), gui::skin::InteractiveStateHover);
+    EXPECT_EQ(host.clicks, 0);
 }
 
 }  // namespace
