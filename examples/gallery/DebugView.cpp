@@ -4,7 +4,6 @@
 #include <string>
 
 #include "examples/gallery/Place.h"
-#include "examples/gallery/TreeDump.h"
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/base/Application.h"
@@ -51,10 +50,6 @@ void DebugView::toggle() {
     shown_ = !shown_;
     window_->setVisible(shown_);
     gui::GUI::get()->setDebugDraw(shown_);
-    if (shown_) {
-        std::fputs(dumpTree().c_str(), stdout);
-        std::fflush(stdout);
-    }
 }
 
 void DebugView::update() {

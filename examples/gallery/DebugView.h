@@ -10,8 +10,7 @@ class Static;
 class Window;
 }  // namespace gui
 
-/// What F12 shows: the debug skins over every widget, the tree of widgets on standard output, and a window with the
-/// counters of the last frame.
+/// What F12 shows: the debug skins over every widget, and a window with the counters of the last frame.
 class DebugView {
 public:
     DebugView();

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 #include "examples/gallery/ControlsWindow.h"
 #include "examples/gallery/Scene.h"
 #include "examples/gallery/StatesWindow.h"
+#include "examples/gallery/TreeDump.h"
 #include "gui_lib/controls/small/TextureView.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/windows/Window.h"
@@ -74,8 +76,11 @@ bool Gallery::onKey_(gui::KeyboardButton key, bool down) {
         return false;
     if (key == keyF12) {
         debugView_->toggle();
-        if (debugView_->getShown())
+        if (debugView_->getShown()) {
+            std::fputs(dumpTree().c_str(), stdout);
             screen_->printCorners();
+            std::fflush(stdout);
+        }
         return true;
     }
     if (key == gui::KeyEscape) {

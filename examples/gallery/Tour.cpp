@@ -4,8 +4,10 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 
 #include "examples/gallery/Gallery.h"
+#include "examples/gallery/TreeDump.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/widget/Container.h"
 #include "gui_lib/windows/Window.h"
@@ -170,12 +172,12 @@ void visitScreen(Visitor& visitor, Gallery& gallery) {
     visitor.picture("screen-clicked");
 }
 
-bool writeTrace(host::HeadlessApplication& application, Options const& options) {
+bool writeText(Options const& options, char const* name, std::string_view text) {
     std::error_code error;
     std::filesystem::create_directories(options.out, error);
-    std::string const path = options.out + "/trace.txt";
+    std::string const path = options.out + "/" + name;
     std::ofstream file(path, std::ios::binary);
-    file << application.getTraceLog()->getText();
+    file << text;
     file.close();
     if (!file) {
         std::fprintf(stderr, "Cannot write %s: check that the folder may be written to.\n", path.c_str());
@@ -197,14 +199,17 @@ bool playTour(host::HeadlessApplication& application, Gallery& gallery, Options 
     visitControls(visitor, gallery);
     visitWindows(visitor, gallery);
     visitScreen(visitor, gallery);
-    visitor.key(static_cast<gui::KeyboardButton>(293));
+    gallery.getDebugView().toggle();
     visitor.wait(0.2);
     visitor.picture("debug");
-    visitor.key(static_cast<gui::KeyboardButton>(293));
+    bool written = writeText(options, "tree.txt", dumpTree());
+    gallery.getDebugView().toggle();
+    visitor.wait(0.2);
 
-    bool const traced = !application.getTraceLog() || writeTrace(application, options);
+    if (std::shared_ptr<vtxTraceLog> const trace = application.getTraceLog())
+        written = writeText(options, "trace.txt", trace->getText()) && written;
     if (application.getGLErrorCount() > 0)
         std::fprintf(stderr, "GL reported %u errors during the tour; they stand above.\n",
                      application.getGLErrorCount());
-    return traced && !visitor.getFailed() && application.getGLErrorCount() == 0;
+    return written && !visitor.getFailed() && application.getGLErrorCount() == 0;
 }
