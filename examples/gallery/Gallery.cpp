@@ -42,8 +42,10 @@ Gallery::Gallery(host::HostApplication& application, Options const& options)
     application_.setDrawSurfaces([this] {
         screen_->setViewSize({application_.getWidth(), application_.getHeight()});
         screen_->draw();
-        // The first picture makes the target, which the label window shows as well.
-        labels_.picture->setTexture(screen_->getTexture());
+        // The first picture makes the target, and a change of scale another; the label window shows it as well.
+        vtxTexture* const texture = screen_->getTexture();
+        if (texture != labels_.picture->getTexture())
+            labels_.picture->setTexture(texture);
     });
     application_.setDrawScene([this] { draw_(); });
     screen_->setViewSize({application_.getWidth(), application_.getHeight()});

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "examples/gallery/Place.h"
 #include "examples/gallery/Scene.h"
@@ -66,8 +67,11 @@ ScreenSurface::~ScreenSurface() {
 void ScreenSurface::draw() {
     vtxRenderer& renderer = *vtxRenderer::get();
     float const scale = renderer.getScale();
+    retired_.reset();
     if (!target_ || targetScale_ != scale) {
         targetScale_ = scale;
+        // Whoever shows the old picture draws it once more in this frame.
+        retired_ = std::move(target_);
         target_.reset(renderer.createFrameBuffer({surfaceWidth, surfaceHeight}, 0, mipLevels));
     }
     target_->renderToTarget([this, scale] {

@@ -43,6 +43,8 @@ private:
 
     int surfaceId_ = 0;
     std::unique_ptr<vtxFrameBuffer> target_;
+    /// The one before a change of scale, for one frame.
+    std::unique_ptr<vtxFrameBuffer> retired_;
     float targetScale_ = 0.0f;
     gui::Window* window_ = nullptr;
     gui::Button* button_ = nullptr;

@@ -63,6 +63,19 @@ protected:
 
 // --- Order ---
 
+TEST_F(Groups, FocusInAHiddenWindowDoesNotLetItBeFound) {
+    show<gui::Window>('a');
+    auto* const hidden = make<gui::Window>('h');
+    auto* const button = new gui::Button;
+    hidden->insertWidget(button, -1);
+    button->setFocused(true);
+    hidden->setFocused(true);
+    EXPECT_EQ(shown(), "a");
+    EXPECT_EQ(at(150, 150), 'a');
+    hidden->setVisible(true);
+    EXPECT_EQ(shown(), "ah");
+}
+
 TEST_F(Groups, OfEqualOrderTheLastRaisedIsOnTop) {
     auto* const a = show<gui::Window>('a');
     auto* const b = show<gui::Window>('b');

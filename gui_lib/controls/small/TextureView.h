@@ -26,6 +26,7 @@ public:
     Image::Info const& getImageInfo() const { return imageInfo; }
     /// Not owned: it must live as long as it is shown. Null shows nothing.
     void setTexture(vtxTexture* newTexture);
+    vtxTexture* getTexture() const { return texture; }
 
     // Widget:
     Widget* clone() const override;
