@@ -7,12 +7,12 @@
 #include "examples/gallery/ControlsWindow.h"
 #include "examples/gallery/Scene.h"
 #include "examples/gallery/StatesWindow.h"
-#include "examples/gallery/TreeDump.h"
 #include "gui_lib/controls/small/TextureView.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/windows/Window.h"
 #include "platform/gl/vtxGLDevice.h"
 #include "platform/vtx/vtxRenderer.h"
+#include "testkit/TreeDump.h"
 
 namespace {
 
@@ -79,7 +79,7 @@ bool Gallery::onKey_(gui::KeyboardButton key, bool down) {
     if (key == keyF12) {
         debugView_->toggle();
         if (debugView_->getShown()) {
-            std::fputs(dumpTree().c_str(), stdout);
+            std::fputs(testkit::dumpTree().c_str(), stdout);
             screen_->printCorners();
             std::fflush(stdout);
         }

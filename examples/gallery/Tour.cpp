@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "examples/gallery/Gallery.h"
-#include "examples/gallery/TreeDump.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/widget/Container.h"
 #include "gui_lib/windows/Window.h"
@@ -15,6 +14,7 @@
 #include "host/headless/HeadlessApplication.h"
 #include "platform/qor/Log.h"
 #include "platform/trace/vtxTraceDevice.h"
+#include "testkit/TreeDump.h"
 
 namespace {
 
@@ -202,7 +202,7 @@ bool playTour(host::HeadlessApplication& application, Gallery& gallery, Options 
     gallery.getDebugView().toggle();
     visitor.wait(0.2);
     visitor.picture("debug");
-    bool written = writeText(options, "tree.txt", dumpTree());
+    bool written = writeText(options, "tree.txt", testkit::dumpTree());
     gallery.getDebugView().toggle();
     visitor.wait(0.2);
 

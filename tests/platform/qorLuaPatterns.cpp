@@ -47,7 +47,7 @@ TEST(LuaPatterns, agreeWithTheLibraryTheyReplaceOnRandomPatterns) {
     lua_State* const ours = QOR_lua_open("patterns");
     QOR_lua_openlibs(ours);
     std::mt19937 random(20240607);
-    int const rounds = 60000 * support::getSoakFactor();
+    int const rounds = support::byEffort(60000, 60000, 3000000);
     int matches = 0;
     for (int i = 0; i < rounds && !testing::Test::HasFailure(); ++i) {
         std::string const subject = pick(random, "aab(]-%1 ", 9);

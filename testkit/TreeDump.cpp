@@ -1,4 +1,4 @@
-#include "examples/gallery/TreeDump.h"
+#include "testkit/TreeDump.h"
 
 #include <cstdio>
 
@@ -9,6 +9,8 @@
 #include "gui_lib/windows/WindowHeader.h"
 #include "gui_lib/windows/WindowView.h"
 #include "platform/qor/Utf8.h"
+
+namespace testkit {
 
 namespace {
 
@@ -77,3 +79,5 @@ std::string dumpTree() {
     }
     return out;
 }
+
+}  // namespace testkit
