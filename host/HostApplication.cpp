@@ -27,6 +27,19 @@ void releaseCaptures() {
 
 }  // namespace
 
+class HostApplication::WorkScope {
+public:
+    WorkScope(HostApplication& application, bool atWork)
+        : application_(application), before_(std::exchange(application.atWork_, atWork)) {}
+    ~WorkScope() { application_.atWork_ = before_; }
+    WorkScope(WorkScope const&) = delete;
+    WorkScope& operator=(WorkScope const&) = delete;
+
+private:
+    HostApplication& application_;
+    bool before_;
+};
+
 HostApplication::HostApplication() = default;
 HostApplication::~HostApplication() = default;
 
@@ -34,10 +47,14 @@ HostApplication::~HostApplication() = default;
 
 bool HostApplication::start(HostOptions const& options) {
     title_ = options.title;
+    skin_ = options.skin;
     float const displayScale = getDisplayScale_();
     followsDisplayScale_ = !(options.scale > 0.0f);
     scale_ = followsDisplayScale_ ? displayScale : options.scale;
-    createMainWindow(toPixels(options.size.x(), scale_), toPixels(options.size.y(), scale_), false);
+    osg::Vec2i pixels = options.pixels;
+    if (pixels.x() <= 0 || pixels.y() <= 0)
+        pixels = {toPixels(options.size.x(), scale_), toPixels(options.size.y(), scale_)};
+    createMainWindow(pixels.x(), pixels.y(), false);
     started_ = true;
     rendererMade_ = running && createRenderer_();
     if (!rendererMade_) {
@@ -52,6 +69,8 @@ bool HostApplication::start(HostOptions const& options) {
         return false;
     }
     onStarted_();
+    if (listener_)
+        listener_->onStarted();
     onActivate(true);
     return true;
 }
@@ -71,8 +90,16 @@ void HostApplication::stop() {
 
 // --- Frame ---
 
-void HostApplication::runFrame() {
+void HostApplication::takeInput_() {
+    WorkScope const outside(*this, false);
     pumpInput_();
+    if (listener_)
+        listener_->onFrame();
+}
+
+void HostApplication::runFrame() {
+    takeInput_();
+    WorkScope const work(*this, true);
     callUpdateCallbacks_();
     // Not before: what runs above may stop the host.
     gui::GUI* const gui = gui::GUI::get();
@@ -119,7 +146,7 @@ float HostApplication::getDisplayScale_() { return 1.0f; }
 void HostApplication::setScale(float scale) {
     followsDisplayScale_ = false;
     if (scale > 0.0f && scale != scale_)
-        applySize_(osg::Vec2i(width, height), scale);
+        push({HostInput::Resize, {width, height}, scale});
 }
 
 void HostApplication::applySize_(osg::Vec2i const& pixels, float scale) {
@@ -140,13 +167,88 @@ void HostApplication::applySize_(osg::Vec2i const& pixels, float scale) {
 
 // --- Input ---
 
-void HostApplication::pushMouseMove(int x, int y) {
-    cursor_ = osg::Vec2i(x, y);
-    if (gui::GUI* const gui = gui::GUI::get())
-        gui->mouseMove(x, y);
+void HostApplication::push(HostInput const& input) {
+    if (listener_ && !atWork_)
+        listener_->onInput(input);
+    // What comes of it is no input of its own.
+    WorkScope const work(*this, true);
+    deliver_(input);
 }
 
-void HostApplication::pushMouseButton(int button, bool down) {
+void HostApplication::deliver_(HostInput const& input) {
+    auto const& [a, b, c, d, e, f, g] = input.values;
+    gui::GUI* const gui = gui::GUI::get();
+    switch (input.kind) {
+        case HostInput::MouseMove:
+            cursor_ = osg::Vec2i(a, b);
+            if (gui)
+                gui->mouseMove(a, b);
+            break;
+        case HostInput::MouseButton:
+            pushMouseButton_(a, b != 0);
+            break;
+        case HostInput::MouseWheel:
+            if (gui)
+                gui->mouseWheel(a);
+            break;
+        case HostInput::Key:
+            pushKey_(static_cast<gui::KeyboardButton>(a), b, c != 0);
+            break;
+        case HostInput::Char:
+            if (gui)
+                gui->onChar(static_cast<gui::KeyboardButton>(a), b);
+            break;
+        case HostInput::RawKey:
+            if (gui)
+                gui->rawKeyInput({a, b, c, d != 0, e != 0});
+            break;
+        case HostInput::RawMouse:
+            if (gui)
+                gui->rawMouseInput({a, b, c, d, e, f != 0, g});
+            break;
+        case HostInput::ReleaseAll:
+            releaseAllInput_();
+            break;
+        case HostInput::Resize:
+            resizeWindow_({a, b});
+            applySize_({a, b}, input.scale);
+            break;
+        case HostInput::Activate:
+            onActivate(a != 0);
+            break;
+        case HostInput::Quit:
+            onQuit();
+            break;
+    }
+}
+
+void HostApplication::pushMouseMove(int x, int y) { push({HostInput::MouseMove, {x, y}}); }
+
+void HostApplication::pushMouseButton(int button, bool down) { push({HostInput::MouseButton, {button, down}}); }
+
+void HostApplication::pushMouseWheel(int delta) { push({HostInput::MouseWheel, {delta}}); }
+
+void HostApplication::pushKey(gui::KeyboardButton key, int modifiers, bool down) {
+    push({HostInput::Key, {key, modifiers, down}});
+}
+
+void HostApplication::pushChar(gui::KeyboardButton key, int codePoint) { push({HostInput::Char, {key, codePoint}}); }
+
+void HostApplication::pushRawKey(gui::RawKeyInfo const& info) {
+    push({HostInput::RawKey, {info.scanCode, info.key, info.modifiers, info.down, info.repeated}});
+}
+
+void HostApplication::pushRawMouse(gui::RawMouseInfo const& info) {
+    push({HostInput::RawMouse, {info.x, info.y, info.deltaX, info.deltaY, info.button, info.down, info.wheel}});
+}
+
+void HostApplication::releaseAllInput() { push({HostInput::ReleaseAll, {}}); }
+
+void HostApplication::pushActivate(bool nowActive) { push({HostInput::Activate, {nowActive}}); }
+
+void HostApplication::pushQuit() { push({HostInput::Quit, {}}); }
+
+void HostApplication::pushMouseButton_(int button, bool down) {
     if (down)
         buttonsDown_.insert(button);
     else
@@ -160,12 +262,7 @@ void HostApplication::pushMouseButton(int button, bool down) {
         gui->mouseUp(static_cast<gui::MouseButton>(button));
 }
 
-void HostApplication::pushMouseWheel(int delta) {
-    if (gui::GUI* const gui = gui::GUI::get())
-        gui->mouseWheel(delta);
-}
-
-void HostApplication::pushKey(gui::KeyboardButton key, int modifiers, bool down) {
+void HostApplication::pushKey_(gui::KeyboardButton key, int modifiers, bool down) {
     if (down)
         keysDown_.insert(key);
     else
@@ -179,32 +276,17 @@ void HostApplication::pushKey(gui::KeyboardButton key, int modifiers, bool down)
         gui->keyUp(key, modifiers);
 }
 
-void HostApplication::pushChar(gui::KeyboardButton key, int codePoint) {
-    if (gui::GUI* const gui = gui::GUI::get())
-        gui->onChar(key, codePoint);
-}
-
-void HostApplication::pushRawKey(gui::RawKeyInfo const& info) {
-    if (gui::GUI* const gui = gui::GUI::get())
-        gui->rawKeyInput(info);
-}
-
-void HostApplication::pushRawMouse(gui::RawMouseInfo const& info) {
-    if (gui::GUI* const gui = gui::GUI::get())
-        gui->rawMouseInput(info);
-}
-
-void HostApplication::releaseAllInput() {
+void HostApplication::releaseAllInput_() {
     auto const keys = keysDown_;
     for (int const key : keys)
-        pushKey(static_cast<gui::KeyboardButton>(key), 0, false);
+        pushKey_(static_cast<gui::KeyboardButton>(key), 0, false);
     auto const buttons = buttonsDown_;
     gui::GUI* const gui = gui::GUI::get();
     // Whoever holds the mouse is told first, so that letting go is no click.
     if (gui && !buttons.empty())
         gui->addUserMessage(std::make_shared<std::function<void()>>(releaseCaptures));
     for (int const button : buttons)
-        pushMouseButton(button, false);
+        pushMouseButton_(button, false);
 }
 
 bool HostApplication::getMouseButtonDown(int button) const { return buttonsDown_.count(button) != 0; }

@@ -7,6 +7,7 @@
 
 #include "gui_lib/base/Application.h"
 #include "gui_lib/base/RawInput.h"
+#include "host/HostListener.h"
 #include "platform/qor/Api.h"
 #include "platform/qor/Containers.h"
 #include "platform/qor/String.h"
@@ -20,6 +21,8 @@ struct HostOptions {
     qor::string skin = "skins/dark.lua";
     /// Of the main window, GUI units.
     osg::Vec2i size{1280, 800};
+    /// The same in pixels; counts instead of `size` unless it is 0.
+    osg::Vec2i pixels{0, 0};
     /// Pixels per GUI unit; 0 asks the display, where there is one.
     float scale = 0.0f;
 };
@@ -47,6 +50,8 @@ public:
     void setDrawSurfaces(std::function<void()> function) { drawSurfaces_ = std::move(function); }
     unsigned getFrameCount() const { return frameCount_; }
 
+    /// The skin file of the start.
+    qor::string const& getSkinFile() const { return skin_; }
     float getScale() const { return scale_; }
     /// No scale was asked for at the start: the display's counts.
     bool getFollowsDisplayScale() const { return followsDisplayScale_; }
@@ -57,6 +62,8 @@ public:
     virtual bool saveScreenshot(char const* path);
 
     // --- Input: keeps the state that the toolkit asks for and passes the event on ---
+    /// The one way in, which all below take.
+    void push(HostInput const& input);
     void pushMouseMove(int x, int y);
     void pushMouseButton(int button, bool down);
     /// Positive away from the user.
@@ -68,6 +75,15 @@ public:
     void pushRawMouse(gui::RawMouseInfo const& info);
     /// The window lost the focus: every key and button held is let go, and nothing is clicked by that.
     void releaseAllInput();
+    void pushActivate(bool active);
+    /// The user asked to end the program.
+    void pushQuit();
+    /// Where the cursor is, if that is not where the mouse was moved to last: outside, or over another program.
+    void setCursorPosition(osg::Vec2i const& position) { cursor_ = position; }
+
+    /// Not owned; null ends it.
+    void setListener(HostListener* listener) { listener_ = listener; }
+    HostListener* getListener() const { return listener_; }
 
     // Application:
     void update() override;
@@ -87,6 +103,8 @@ protected:
     virtual void destroyWindow_() = 0;
     /// Takes in what has arrived.
     virtual void pumpInput_() = 0;
+    /// Gives the window another size in pixels, where the host and not the display decides.
+    virtual void resizeWindow_(osg::Vec2i const&) {}
     /// Binds the framebuffer that the frame is drawn to.
     virtual void beginPicture_() = 0;
     /// Fills that framebuffer with a plain colour: for a host without a scene of its own.
@@ -106,6 +124,15 @@ protected:
     qor::string title_;
 
 private:
+    /// Until it ends, what is pushed is the program's own doing.
+    class WorkScope;
+
+    void takeInput_();
+    void deliver_(HostInput const& input);
+    void pushMouseButton_(int button, bool down);
+    void pushKey_(gui::KeyboardButton key, int modifiers, bool down);
+    void releaseAllInput_();
+
     qor::hash_set<int> keysDown_;
     qor::hash_set<int> buttonsDown_;
     osg::Vec2i cursor_;
@@ -114,6 +141,9 @@ private:
     bool followsDisplayScale_ = false;
     bool started_ = false;
     bool rendererMade_ = false;
+    bool atWork_ = false;
+    HostListener* listener_ = nullptr;
+    qor::string skin_;
     std::function<void()> drawScene_;
     std::function<void()> drawSurfaces_;
 };

@@ -24,29 +24,29 @@ void addHeading(gui::Window* window, int y, std::wstring_view text) {
     placeHeading(window, {margin, y, contentWidth, 24}, text);
 }
 
-void addButtons(gui::Window* window, gui::Static* status) {
+void addButtons(gui::Window* window, Held<gui::Static> status) {
     auto* const button = place(window, new gui::Button, {margin, 40, 104, 32}, L"Press me");
     button->setTooltipText(L"A click counts when the mouse is released inside.");
     button->setTabOrder(1);
     on(button, gui::Widget::changeCallbackName, [status, count = 0]() mutable {
         ++count;
-        status->setText(L"Pressed " + std::to_wstring(count) + (count == 1 ? L" time." : L" times."));
+        say(status, L"Pressed " + std::to_wstring(count) + (count == 1 ? L" time." : L" times."));
     });
     auto* const toggle = place(window, new gui::ToggleButton, {128, 40, 104, 32}, L"Toggle");
     toggle->setTooltipText(L"Stays down until it is clicked again.");
     toggle->setTabOrder(2);
     on(toggle, gui::Widget::changeCallbackName,
-       [status, toggle] { status->setText(toggle->getState() > 0 ? L"Toggle is on." : L"Toggle is off."); });
+       [status, toggle] { say(status, toggle->getState() > 0 ? L"Toggle is on." : L"Toggle is off."); });
     auto* const disabled = place(window, new gui::Button, {240, 40, 104, 32}, L"Disabled");
     disabled->setEnabled(false);
 }
 
-void addChecks(gui::Window* window, gui::Static* status) {
+void addChecks(gui::Window* window, Held<gui::Static> status) {
     auto* const check = place(window, new gui::CheckBox(1), {margin, 120, 156, 24}, L"Shadows");
     check->setTooltipText(L"A check box is on, off or undefined.");
     check->setTabOrder(3);
     on(check, gui::Widget::changeCallbackName,
-       [status, check] { status->setText(check->getState() > 0 ? L"Shadows are on." : L"Shadows are off."); });
+       [status, check] { say(status, check->getState() > 0 ? L"Shadows are on." : L"Shadows are off."); });
     auto* const mixed = place(window, new gui::CheckBox(-1), {margin, 148, 156, 24}, L"Some layers");
     mixed->setTabOrder(4);
     auto* const disabled = place(window, new gui::CheckBox(1), {margin, 176, 156, 24}, L"Locked");
@@ -59,11 +59,11 @@ void addChecks(gui::Window* window, gui::Static* status) {
         radio->setTabOrder(5 + i);
         radio->setState(i == 1);
         on(radio, gui::Widget::changeCallbackName,
-           [status, radio] { status->setText(L"Quality: " + std::wstring(radio->getText()) + L"."); });
+           [status, radio] { say(status, L"Quality: " + std::wstring(radio->getText()) + L"."); });
     }
 }
 
-void addSwitches(gui::Window* window, gui::Static* status) {
+void addSwitches(gui::Window* window, Held<gui::Static> status) {
     auto* const group = place(window, new gui::Panel, {margin, 248, contentWidth, 48});
     wchar_t const* const names[] = {L"Move", L"Turn", L"Scale"};
     for (int i = 0; i < 3; ++i) {
@@ -71,7 +71,7 @@ void addSwitches(gui::Window* window, gui::Static* status) {
         button->setTabOrder(8 + i);
         button->setState(i == 0);
         on(button, gui::Widget::changeCallbackName,
-           [status, button] { status->setText(L"Tool: " + std::wstring(button->getText()) + L"."); });
+           [status, button] { say(status, L"Tool: " + std::wstring(button->getText()) + L"."); });
     }
 }
 
@@ -86,8 +86,12 @@ void addTabs(gui::Window* window) {
         page->getWidgetSkin()->getSkinData()->setTextWrapping(true);
         page->setVisible(i == 0);
         auto* const item = place(tabs, new gui::TabGroupItem(i == 0), {8 + i * 106, 8, 100, 32}, names[i]);
-        on(item, gui::TabGroupItem::showCallbackName, [page] { page->setVisible(true); });
-        on(item, gui::TabGroupItem::hideCallbackName, [page] { page->setVisible(false); });
+        auto const show = [page = Held<gui::Widget>(page)](bool visible) {
+            if (page.get())
+                page.get()->setVisible(visible);
+        };
+        on(item, gui::TabGroupItem::showCallbackName, [show] { show(true); });
+        on(item, gui::TabGroupItem::hideCallbackName, [show] { show(false); });
     }
 }
 

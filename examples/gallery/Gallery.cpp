@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "examples/gallery/ControlsWindow.h"
+#include "examples/gallery/Place.h"
 #include "examples/gallery/Scene.h"
 #include "examples/gallery/StatesWindow.h"
 #include "gui_lib/controls/small/TextureView.h"
@@ -39,13 +40,13 @@ Gallery::Gallery(host::HostApplication& application, Options const& options)
     gui::GUI::get()->addKeyboardCallback(keyCallback_);
     turnCallback_ = std::make_shared<std::function<void()>>([this] { turn_(); });
     application_.addUpdateCallback(turnCallback_);
-    application_.setDrawSurfaces([this] {
+    application_.setDrawSurfaces([this, picture = Held(labels_.picture)] {
         screen_->setViewSize({application_.getWidth(), application_.getHeight()});
         screen_->draw();
         // The first picture makes the target, and a change of scale another; the label window shows it as well.
         vtxTexture* const texture = screen_->getTexture();
-        if (texture != labels_.picture->getTexture())
-            labels_.picture->setTexture(texture);
+        if (picture.get() && picture.get()->getTexture() != texture)
+            picture.get()->setTexture(texture);
     });
     application_.setDrawScene([this] { draw_(); });
     screen_->setViewSize({application_.getWidth(), application_.getHeight()});

@@ -32,7 +32,10 @@ void addFade(gui::Window* window) {
     auto* const fading = place(window, new gui::AnimatedColorStatic, {margin, 116, 200, 32}, L"Fades to a colour");
     auto* const button = place(window, new gui::Button, {240, 116, 104, 32}, L"Flash");
     button->setTooltipText(L"Fades the text to orange and back.");
-    on(button, gui::Widget::changeCallbackName, [fading] { fading->setTextColor({1.0f, 0.55f, 0.1f, 1.0f}); });
+    on(button, gui::Widget::changeCallbackName, [fading = Held(fading)] {
+        if (fading.get())
+            fading.get()->setTextColor({1.0f, 0.55f, 0.1f, 1.0f});
+    });
 }
 
 gui::TextureView* addTurned(gui::Window* window) {
@@ -63,7 +66,10 @@ void addTargets(gui::Window* window) {
         modal->setText(L"A question");
         place(modal, new gui::Static, {margin, 12, 216, 24}, L"Go on?");
         auto* const yes = place(modal, new gui::Button, {128, 48, 104, 32}, L"Yes");
-        on(yes, gui::Widget::changeCallbackName, [modal] { modal->gui::WindowBase::kill(); });
+        on(yes, gui::Widget::changeCallbackName, [modal = Held(modal)] {
+            if (modal.get())
+                modal.get()->gui::WindowBase::kill();
+        });
         fitWindow(modal, {248, 96});
         modal->centerWindow();
         modal->setVisible(true);

@@ -13,6 +13,10 @@ char const* const usage =
     "  --size WxH        size of the window in units (default 1440x900)\n"
     "  --out FOLDER      where the tour's pictures go (default out/gallery)\n"
     "  --back-end NAME   headless only: gl, es, or trace (writes trace.txt instead of pictures)\n"
+    "  --record FILE     writes the session down: what a report of a fault attaches\n"
+    "  --replay FILE     plays such a file headless, with its skin, size and scale, and compares the widgets at the "
+    "end;\n"
+    "                    leaves replay.png and tree.txt, or trace.txt for --back-end trace, in the folder of --out\n"
     "  --still           the object in the scene stands still; the space key changes it\n"
     "  --help            this text\n"
     "\n"
@@ -44,6 +48,10 @@ bool parseValue(std::string const& name, char const* value, Options& options, st
         options.skin = value;
     } else if (name == "--out") {
         options.out = value;
+    } else if (name == "--record") {
+        options.record = value;
+    } else if (name == "--replay") {
+        options.replay = value;
     } else if (name == "--back-end") {
         options.backEnd = value;
         if (options.backEnd != "gl" && options.backEnd != "es" && options.backEnd != "trace")
@@ -71,7 +79,7 @@ bool parseOptions(int count, char const* const* words, Options& options, std::st
         } else if (word == "--still") {
             options.still = true;
         } else if (word == "--skin" || word == "--scale" || word == "--size" || word == "--out" ||
-                   word == "--back-end") {
+                   word == "--back-end" || word == "--record" || word == "--replay") {
             if (i + 1 >= count) {
                 error = word + " needs a value.";
                 return false;
@@ -83,5 +91,7 @@ bool parseOptions(int count, char const* const* words, Options& options, std::st
             return false;
         }
     }
-    return true;
+    if (!options.record.empty() && !options.replay.empty())
+        error = "--record and --replay do not go together.";
+    return error.empty();
 }

@@ -15,6 +15,9 @@ struct Options {
     float scale = 0.0f;
     osg::Vec2i size{1440, 900};
     std::string out = "out/gallery";
+    /// Files; empty if not asked for.
+    std::string record;
+    std::string replay;
 };
 
 /// False, with a line for the user in `error`, if an option is unknown or its value makes no sense.

@@ -12,6 +12,7 @@
 #include "gui_lib/base/CallbackTypes.h"
 #include "gui_lib/controls/labels/Static.h"
 #include "gui_lib/widget/Widget.h"
+#include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/windows/WindowBase.h"
 #include "gui_lib/windows/WindowView.h"
 
@@ -22,6 +23,23 @@ struct Box {
     int width;
     int height;
 };
+
+/// A widget that somebody else owns and may end at any time: null from then on.
+template <class Kind>
+class Held {
+public:
+    Held(Kind* widget = nullptr) : handler_(widget ? widget->getHandler() : nullptr) {}
+    Kind* get() const { return static_cast<Kind*>(gui::WidgetHandler::get(handler_)); }
+
+private:
+    gui::WidgetHandler* handler_;
+};
+
+/// Shows a text while the label lives.
+inline void say(Held<gui::Static> const& label, std::wstring_view text) {
+    if (label.get())
+        label.get()->setText(text);
+}
 
 /// Gives a new widget text and place, and puts it into a window or panel, which owns it from then on.
 template <class Parent, class Child>

@@ -43,11 +43,11 @@ ScreenSurface::ScreenSurface() : surfaceId_(gui::GUI::get()->createSurface()) {
     window_->setSize({surfaceWidth - 14, surfaceHeight - 14});
     auto* const label = place(window_, new gui::Static, {16, 12, 280, 24}, L"A surface on a turning screen.");
     label->setName(L"screen status");
-    button_ = place(window_, new gui::Button, {16, 40, 120, 32}, L"Click me");
-    button_->setName(L"screen button");
-    on(button_, gui::Widget::changeCallbackName, [label, count = 0]() mutable {
+    auto* const button = place(window_, new gui::Button, {16, 40, 120, 32}, L"Click me");
+    button->setName(L"screen button");
+    on(button, gui::Widget::changeCallbackName, [label = Held(label), count = 0]() mutable {
         ++count;
-        label->setText(L"Clicked " + std::to_wstring(count) + (count == 1 ? L" time." : L" times."));
+        say(label, L"Clicked " + std::to_wstring(count) + (count == 1 ? L" time." : L" times."));
     });
     place(window_, new gui::CheckBox(1), {152, 44, 130, 24}, L"Enabled");
     int const width = window_->getView()->getSize().x() - 32;
@@ -107,23 +107,18 @@ osg::Vec2i ScreenSurface::map_(int x, int y) const {
             qor::truncateToInt((0.5 - hit.y() / half.y() * 0.5) * surfaceHeight)};
 }
 
-osg::Vec2i ScreenSurface::getButtonPoint() const {
-    osg::Vec2i const size = button_->getSize();
-    return project_(button_->widgetToScreen({size.x() / 2, size.y() / 2}));
-}
-
 void ScreenSurface::printCorners() const {
     std::printf("surface %d %dx%d in the window", surfaceId_, surfaceWidth, surfaceHeight);
     for (int const y : {0, surfaceHeight})
         for (int const x : {0, surfaceWidth}) {
-            osg::Vec2i const point = project_({x, y});
+            osg::Vec2i const point = project({x, y});
             std::printf(" %d,%d", point.x(), point.y());
         }
     std::printf("\n");
     std::fflush(stdout);
 }
 
-osg::Vec2i ScreenSurface::project_(osg::Vec2i const& point) const {
+osg::Vec2i ScreenSurface::project(osg::Vec2i const& point) const {
     osg::Vec2f const half = Scene::getScreenHalfSize();
     osg::Vec3d const place((2.0 * point.x() / surfaceWidth - 1.0) * half.x(),
                            (1.0 - 2.0 * point.y() / surfaceHeight) * half.y(), 0.0);

@@ -9,7 +9,6 @@ class vtxFrameBuffer;
 class vtxTexture;
 
 namespace gui {
-class Button;
 class Window;
 }  // namespace gui
 
@@ -31,15 +30,14 @@ public:
     vtxTexture* getTexture() const;
     /// GL name; 0 without GL.
     unsigned getTextureName() const;
-    /// The middle of the surface's button in the main window, raw pixels.
-    osg::Vec2i getButtonPoint() const;
+    int getSurfaceId() const { return surfaceId_; }
+    /// Where a point of the surface (its units) shows in the main window, raw pixels.
+    osg::Vec2i project(osg::Vec2i const& point) const;
     /// To standard output: where the surface's corners show in the main window, raw pixels, row by row.
     void printCorners() const;
 
 private:
     osg::Vec2i map_(int x, int y) const;
-    /// Where a point of the surface (its units) shows in the main window, raw pixels.
-    osg::Vec2i project_(osg::Vec2i const& point) const;
 
     int surfaceId_ = 0;
     std::unique_ptr<vtxFrameBuffer> target_;
@@ -47,7 +45,6 @@ private:
     std::unique_ptr<vtxFrameBuffer> retired_;
     float targetScale_ = 0.0f;
     gui::Window* window_ = nullptr;
-    gui::Button* button_ = nullptr;
     double angle_ = 0.0;
     osg::Vec2i viewSize_{1, 1};
 };

@@ -2,8 +2,11 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "examples/gallery/Gallery.h"
 #include "examples/gallery/Options.h"
@@ -11,6 +14,10 @@
 #include "host/Assets.h"
 #include "host/headless/HeadlessApplication.h"
 #include "host/sdl/SdlApplication.h"
+#include "platform/trace/vtxTraceLog.h"
+#include "testkit/Recorder.h"
+#include "testkit/Replay.h"
+#include "testkit/TreeDump.h"
 
 namespace {
 
@@ -33,28 +40,100 @@ host::HostOptions getHostOptions(Options const& options) {
     return result;
 }
 
-int runWindowed(Options const& options) {
-    auto* const application = new host::SdlApplication;
-    bool const started = application->start(getHostOptions(options));
-    if (started) {
-        Gallery gallery(*application, options);
-        application->run();
-    }
-    gui::Application::destroy();
-    return started ? EXIT_SUCCESS : EXIT_FAILURE;
+/// Null if nothing is to be recorded.
+std::unique_ptr<testkit::Recorder> makeRecorder(host::HostApplication& application, Options const& options) {
+    if (options.record.empty())
+        return nullptr;
+    return std::make_unique<testkit::Recorder>(application, options.record, options.still ? "--still" : "");
 }
 
-int runHeadless(Options const& options) {
+int runWindowed(Options const& options) {
+    auto* const application = new host::SdlApplication;
+    std::unique_ptr<testkit::Recorder> recorder = makeRecorder(*application, options);
+    bool passed = application->start(getHostOptions(options));
+    if (passed) {
+        Gallery gallery(*application, options);
+        application->run();
+        passed = !recorder || recorder->finish();
+    }
+    recorder.reset();
+    gui::Application::destroy();
+    return passed ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+host::HeadlessApplication* makeHeadless(Options const& options) {
     using host::HeadlessApplication;
     auto const backEnd = options.backEnd == "trace" ? HeadlessApplication::BackEnd::Trace
                          : options.backEnd == "es"  ? HeadlessApplication::BackEnd::ES
                                                     : HeadlessApplication::BackEnd::GL;
-    auto* const application = new HeadlessApplication(backEnd);
+    return new HeadlessApplication(backEnd);
+}
+
+/// A line for each frame of a replay, by which two replays are compared, and the last frame whole.
+class FrameTrace {
+public:
+    explicit FrameTrace(std::shared_ptr<vtxTraceLog> log) : log_(std::move(log)) {}
+
+    void endFrame() {
+        last_ = log_->getText();
+        log_->clearLines();
+        char line[64];
+        std::snprintf(line, sizeof(line), "frame %d %016zx\n", ++count_, std::hash<std::string_view>()(last_));
+        text_ += line;
+    }
+    std::string getText() const { return text_ + last_.c_str(); }
+
+private:
+    std::shared_ptr<vtxTraceLog> log_;
+    int count_ = 0;
+    std::string text_;
+    qor::string last_;
+};
+
+/// Plays all frames; writes the last picture or the trace, and the tree at the end.
+bool playRecording(host::HeadlessApplication& application, testkit::Replay& replay, Options const& options) {
+    std::shared_ptr<vtxTraceLog> const log = application.getTraceLog();
+    FrameTrace trace(log);
+    while (replay.runFrame())
+        if (log)
+            trace.endFrame();
+    testkit::Replay::Result const result = replay.compare();
+    std::printf("%s\n", replay.getReport().c_str());
+    bool written = writeText(options, "tree.txt", testkit::dumpTree());
+    if (log)
+        written = writeText(options, "trace.txt", trace.getText()) && written;
+    else
+        written = application.saveScreenshot((options.out + "/replay.png").c_str()) && written;
+    return written && result != testkit::Replay::Result::Different;
+}
+
+int runReplay(Options options) {
+    auto replay = std::make_unique<testkit::Replay>(options.replay);
+    if (!replay->getPlayable())
+        return EXIT_FAILURE;
+    options.still = replay->getHeader().program == "--still";
+    host::HeadlessApplication* const application = makeHeadless(options);
+    replay->attach(*application);
+    bool passed = application->start(replay->getOptions());
+    if (passed) {
+        Gallery gallery(*application, options);
+        passed = playRecording(*application, *replay, options);
+    }
+    replay.reset();
+    gui::Application::destroy();
+    return passed ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+int runHeadless(Options const& options) {
+    host::HeadlessApplication* const application = makeHeadless(options);
+    std::unique_ptr<testkit::Recorder> recorder = makeRecorder(*application, options);
     bool passed = application->start(getHostOptions(options));
     if (passed) {
         Gallery gallery(*application, options);
         passed = playTour(*application, gallery, options);
+        passed = (!recorder || recorder->finish()) && passed;
     }
+    recorder.reset();
     gui::Application::destroy();
     if (passed)
         std::printf("The tour is over: its files are in %s.\n", options.out.c_str());
@@ -75,6 +154,8 @@ int main(int count, char** words) {
         return EXIT_SUCCESS;
     }
     host::addToolkitAssets();
+    if (!options.replay.empty())
+        return runReplay(options);
     if (options.headless || options.backEnd != "gl")
         return runHeadless(options);
     if (!haveDisplay()) {

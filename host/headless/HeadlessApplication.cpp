@@ -34,8 +34,8 @@ void HeadlessApplication::createWindow_(int newWidth, int newHeight, bool) {
 bool HeadlessApplication::createRenderer_() {
     if (!createRendererOverBackEnd_())
         return false;
-    // The same pictures on every machine.
-    vtxRenderer::get()->getFontManager()->setSystemFontsUsed(false);
+    // Without them the pictures are the same on every machine.
+    vtxRenderer::get()->getFontManager()->setSystemFontsUsed(systemFontsUsed_);
     return true;
 }
 
@@ -49,9 +49,25 @@ bool HeadlessApplication::createRendererOverBackEnd_() {
     return device && vtxRenderer::create(std::move(device)) != nullptr;
 }
 
+void HeadlessApplication::resizeWindow_(osg::Vec2i const& pixels) {
+    if (pixels == osg::Vec2i(width, height))
+        return;
+    if (context_)
+        context_->resize(pixels);
+    else if (vtxRenderer* const renderer = vtxRenderer::get())
+        static_cast<vtxTraceDevice&>(renderer->getDevice()).setHostSize(pixels);
+}
+
 void HeadlessApplication::destroyWindow_() { context_.reset(); }
 
 unsigned HeadlessApplication::getGLErrorCount() const { return context_ ? context_->getErrorCount() : 0; }
+
+qor::basic_string<wchar_t> HeadlessApplication::getClipboardText() const {
+    qor::basic_string<wchar_t> text = clipboard_;
+    if (getListener())
+        getListener()->onClipboardRead(text);
+    return text;
+}
 
 // --- Frame ---
 
@@ -67,6 +83,8 @@ void HeadlessApplication::runFrames(int count) {
 }
 
 void HeadlessApplication::pumpInput_() {
+    if (inputSource_)
+        inputSource_();
     // A step may add steps and may run nested frames, so each is taken out before it runs.
     while (!steps_.empty() && steps_.front().time <= time_) {
         auto const function = std::move(steps_.front().function);

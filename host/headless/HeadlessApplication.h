@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "host/HostApplication.h"
 #include "platform/qor/Containers.h"
@@ -13,7 +14,7 @@ namespace host {
 
 /// A host without a display, for tests, tours and servers: pixels by EGL without a window, or no pixels at all but a
 /// trace of what was drawn. The clock is virtual, random numbers are seeded the same each run, only shipped fonts are
-/// used, input comes from steps and from the caller.
+/// used, input comes from a source, from steps and from the caller.
 class VORLEX_API HeadlessApplication : public HostApplication {
 public:
     enum class BackEnd {
@@ -27,11 +28,18 @@ public:
 
     // --- Clock: seconds; each frame adds one frame time ---
     void setFrameTime(double seconds) { frameTime_ = seconds; }
+    double getFrameTime() const { return frameTime_; }
     void setTime(double seconds) { time_ = seconds; }
     void runFrames(int count);
 
     /// Runs a function in the first frame whose time has come; of equal times in order of addition.
     void addStep(double time, std::function<void()> function);
+
+    /// Called for the input of each frame, before the steps.
+    void setInputSource(std::function<void()> source) { inputSource_ = std::move(source); }
+    /// Before the start; off unless asked for.
+    void setSystemFontsUsed(bool used) { systemFontsUsed_ = used; }
+    bool getSystemFontsUsed() const { return systemFontsUsed_; }
 
     /// What the trace back end recorded, good also after the end; null with another one.
     std::shared_ptr<vtxTraceLog> getTraceLog() const { return traceLog_; }
@@ -43,13 +51,14 @@ public:
     // Application:
     double getTime() const override { return time_; }
     void setClipboardText(qor::basic_string<wchar_t> const& text) override { clipboard_ = text; }
-    qor::basic_string<wchar_t> getClipboardText() const override { return clipboard_; }
+    qor::basic_string<wchar_t> getClipboardText() const override;
 
 protected:
     // HostApplication:
     bool createRenderer_() override;
     void destroyWindow_() override;
     void pumpInput_() override;
+    void resizeWindow_(osg::Vec2i const& pixels) override;
     void beginPicture_() override;
     void clearPicture_() override;
     void present_() override;
@@ -71,6 +80,8 @@ private:
     std::shared_ptr<vtxTraceLog> traceLog_;
     double time_ = 1.0;
     double frameTime_ = 1.0 / 60.0;
+    bool systemFontsUsed_ = false;
+    std::function<void()> inputSource_;
     /// In order of time.
     qor::vector<Step> steps_;
     qor::basic_string<wchar_t> clipboard_;

@@ -47,6 +47,11 @@ SDL_SystemCursor getSystemCursor(int cursor) {
     }
 }
 
+/// Seconds, above 0.
+double readClock() {
+    return 1.0 + static_cast<double>(SDL_GetPerformanceCounter()) / static_cast<double>(SDL_GetPerformanceFrequency());
+}
+
 bool isModifierEvent(SDL_Event const& event) {
     if (event.type != SDL_KEYDOWN && event.type != SDL_KEYUP)
         return false;
@@ -84,6 +89,7 @@ struct SdlApplication::Impl {
     explicit Impl(SdlApplication& owner) : application(owner) {}
 
     void setCursor(int cursor);
+    void takeEvents();
     bool takeEvent(SDL_Event& event);
     void handle(SDL_Event const& event);
     void handleWindow(SDL_WindowEvent const& event);
@@ -92,8 +98,10 @@ struct SdlApplication::Impl {
     void handleButton(SDL_MouseButtonEvent const& event);
     void handleMotion(SDL_MouseMotionEvent const& event);
     void handleWheel(SDL_MouseWheelEvent const& event);
+    void resize();
     void leave();
     osg::Vec2i toPixels(int x, int y) const;
+    osg::Vec2i getCursorPosition() const;
     osg::Vec2i getDrawableSize() const;
     float getPixelRatio() const;
     float getDisplayScale() const;
@@ -109,6 +117,7 @@ struct SdlApplication::Impl {
     std::map<SDL_SystemCursor, SDL_Cursor*> cursors;
     qor::string screenshotPath;
     Uint64 frameEnd = 0;
+    double time = readClock();
 };
 
 SdlApplication::SdlApplication() : impl_(std::make_unique<Impl>(*this)) {}
@@ -250,10 +259,7 @@ void SdlApplication::Impl::limitFramerate() {
     frameEnd = SDL_GetPerformanceCounter();
 }
 
-double SdlApplication::getTime() const {
-    // Above 0 from the first question on.
-    return 1.0 + static_cast<double>(SDL_GetPerformanceCounter()) / static_cast<double>(SDL_GetPerformanceFrequency());
-}
+double SdlApplication::getTime() const { return impl_->time; }
 
 // --- Clipboard and cursor ---
 
@@ -269,17 +275,19 @@ qor::basic_string<wchar_t> SdlApplication::getClipboardText() const {
         qor::iconv_utf8_to_wchar(utf8, text);
         SDL_free(utf8);
     }
+    if (getListener())
+        getListener()->onClipboardRead(text);
     return text;
 }
 
-void SdlApplication::getCursorScreenPosition(osg::Vec2i& position) const {
+osg::Vec2i SdlApplication::Impl::getCursorPosition() const {
     int x = 0;
     int y = 0;
     int left = 0;
     int top = 0;
     SDL_GetGlobalMouseState(&x, &y);
-    SDL_GetWindowPosition(impl_->window, &left, &top);
-    position = impl_->toPixels(x - left, y - top);
+    SDL_GetWindowPosition(window, &left, &top);
+    return toPixels(x - left, y - top);
 }
 
 void SdlApplication::Impl::setCursor(int number) {
@@ -325,19 +333,26 @@ float SdlApplication::Impl::getDisplayScale() const {
 // --- Events ---
 
 void SdlApplication::pumpInput_() {
+    impl_->time = readClock();
+    impl_->takeEvents();
+    // Also while it is outside.
+    setCursorPosition(impl_->getCursorPosition());
+}
+
+void SdlApplication::Impl::takeEvents() {
     // The toolkit asks which modifiers are held when it takes the frame's messages. So a modifier that changes after a
     // press waits for the next frame, and all that follows with it.
     bool pressed = false;
     SDL_Event event;
-    while (impl_->takeEvent(event)) {
+    while (takeEvent(event)) {
         bool const modifier = isModifierEvent(event);
         if (modifier && pressed) {
-            impl_->waiting = event;
+            waiting = event;
             return;
         }
         pressed = pressed || (event.type == SDL_KEYDOWN && !modifier) || event.type == SDL_MOUSEBUTTONDOWN ||
                   event.type == SDL_MOUSEWHEEL;
-        impl_->handle(event);
+        handle(event);
     }
 }
 
@@ -352,7 +367,7 @@ bool SdlApplication::Impl::takeEvent(SDL_Event& event) {
 void SdlApplication::Impl::handle(SDL_Event const& event) {
     switch (event.type) {
         case SDL_QUIT:
-            application.onQuit();
+            application.pushQuit();
             break;
         case SDL_WINDOWEVENT:
             handleWindow(event.window);
@@ -383,15 +398,14 @@ void SdlApplication::Impl::handleWindow(SDL_WindowEvent const& event) {
     switch (event.event) {
         case SDL_WINDOWEVENT_SIZE_CHANGED:
         case SDL_WINDOWEVENT_DISPLAY_CHANGED:
-            application.applySize_(getDrawableSize(),
-                                   application.getFollowsDisplayScale() ? getDisplayScale() : application.getScale());
+            resize();
             break;
         case SDL_WINDOWEVENT_FOCUS_LOST:
             application.releaseAllInput();
-            application.onActivate(false);
+            application.pushActivate(false);
             break;
         case SDL_WINDOWEVENT_FOCUS_GAINED:
-            application.onActivate(true);
+            application.pushActivate(true);
             break;
         case SDL_WINDOWEVENT_LEAVE:
             // With a button held the mouse is still followed.
@@ -401,6 +415,12 @@ void SdlApplication::Impl::handleWindow(SDL_WindowEvent const& event) {
         default:
             break;
     }
+}
+
+void SdlApplication::Impl::resize() {
+    osg::Vec2i const pixels = getDrawableSize();
+    float const scale = application.getFollowsDisplayScale() ? getDisplayScale() : application.getScale();
+    application.push({HostInput::Resize, {pixels.x(), pixels.y()}, scale});
 }
 
 void SdlApplication::Impl::leave() { application.pushMouseMove(farOutside, farOutside); }

@@ -22,10 +22,10 @@ public:
 
     // Application:
     bool getFullScreen() const override;
+    /// Taken at the start of each frame; stands still in between.
     double getTime() const override;
     void setClipboardText(qor::basic_string<wchar_t> const& text) override;
     qor::basic_string<wchar_t> getClipboardText() const override;
-    void getCursorScreenPosition(osg::Vec2i& position) const override;
 
 protected:
     // HostApplication:

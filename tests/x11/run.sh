@@ -153,7 +153,7 @@ start_gallery() {
     xdotool mousemove 2 2
     keep black 0 0 1440 900
     env -u WAYLAND_DISPLAY SDL_VIDEODRIVER=x11 LIBGL_ALWAYS_SOFTWARE=1 "$gallery" --still --scale 1 --skin dark \
-        --size ${width}x$height > "$out/gallery.log" 2>&1 &
+        --size ${width}x$height --record "$out/session.rec" > "$out/gallery.log" 2>&1 &
     program=$!
     await find_window || await find_window || give_up "the gallery opens no window"
     changes black 400000 || give_up "the gallery draws nothing"
@@ -398,6 +398,16 @@ escape_ends_the_program() {
 }
 ended() { ! kill -0 "$program" 2> /dev/null; }
 
+# Twice: the widgets must end up as in the session, and the frames must be the same.
+a_replay_ends_as_the_session_did() {
+    local run
+    for run in first second; do
+        "$gallery" --replay "$out/session.rec" --back-end trace --out "$out/$run" > "$out/$run-replay.log" 2>&1 &&
+            grep -q 'the widget tree is the recorded one' "$out/$run-replay.log" || return 1
+    done
+    cmp "$out/first/trace.txt" "$out/second/trace.txt"
+}
+
 failed=()
 check() {
     local start=$SECONDS
@@ -442,6 +452,7 @@ check a_border_changes_the_cursor
 check a_drag_on_the_border_resizes
 check the_close_button_hides_the_window
 check escape_ends_the_program
+check a_replay_ends_as_the_session_did
 
 echo "$SECONDS s"
 if [ ${#failed[@]} -gt 0 ]; then
