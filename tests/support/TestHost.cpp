@@ -8,6 +8,7 @@
 #include "gui_lib/widget/Widget.h"
 #include "host/CommandPlayer.h"
 #include "platform/trace/vtxTraceDevice.h"
+#include "platform/vtx/vtxFontManager.h"
 #include "platform/vtx/vtxRenderer.h"
 #include "platform/vtx/vtxShader.h"
 #include "tests/support/SkinText.h"
@@ -30,6 +31,8 @@ TestHost::TestHost(std::string_view skinText, Settings const& settings)
     // Lines are only kept while a test asks for them.
     trace_->setRecording(false);
     vtxRenderer::create(std::move(device));
+    // Text is the same on every machine.
+    vtxRenderer::get()->getFontManager()->setSystemFontsUsed(false);
     app_->modalFrame = [this] { frame(); };
     createGui(skinText);
 }

@@ -57,15 +57,15 @@ Widget* makeModal() {
     return furnish(modal);
 }
 
-Widget* makeSwitch() {
-    auto* const button = dress(new gui::SwitchButton, L"Switch");
-    button->setState(1);
-    return button;
+template <class ButtonType, int state>
+Widget* makeToggle() {
+    return dress(new ButtonType(state), state == 0 ? L"Off" : state == 1 ? L"On" : L"Undefined");
 }
 
-Widget* makeRadio() {
-    auto* const button = dress(new gui::RadioButton, L"Radio");
-    button->setState(1);
+template <class ButtonType, int state>
+Widget* makeInGroup() {
+    auto* const button = dress(new ButtonType, state ? L"Chosen" : L"Other");
+    button->setState(state);
     return button;
 }
 
@@ -110,36 +110,84 @@ Widget* makePanel() {
     return panel;
 }
 
+constexpr char const* changed = Widget::changeCallbackName;
+constexpr char const* closed = gui::WindowBase::closeCallbackName;
+
+void selectAnotherTab(Widget& tab) {
+    auto* const other = new gui::TabGroupItem(false);
+    static_cast<gui::WindowBase*>(tab.getRoot())->insertWidget(other, -1);
+    other->onMouseDown(Vec2i(), gui::MouseButtonMain);
+}
+
+void close(Widget& window) { static_cast<gui::WindowBase&>(window).close(); }
+
 }  // namespace
 
 std::vector<ZooAnimal> const& getZoo() {
     static std::vector<ZooAnimal> const zoo = {
-        {"Widget", [] { return dress(new Widget, L"Bare"); }},
-        {"Container", []() -> Widget* { return dress(new gui::Container, L""); }},
+        {.name = "Widget", .make = [] { return dress(new Widget, L"Bare"); }, .seen = false},
+        {.name = "Container", .make = []() -> Widget* { return dress(new gui::Container, L""); }, .seen = false},
         {"Panel", makePanel},
-        {"Button", []() -> Widget* { return dress(new gui::Button, L"Press me"); }},
-        {"ToggleButtonOff", []() -> Widget* { return dress(new gui::ToggleButton(0), L"Toggle"); }},
-        {"ToggleButtonOn", []() -> Widget* { return dress(new gui::ToggleButton(1), L"Toggle"); }},
-        {"ToggleButtonUndefined", []() -> Widget* { return dress(new gui::ToggleButton(-1), L"Toggle"); }},
-        {"CheckBoxOff", []() -> Widget* { return dress(new gui::CheckBox(0), L"Check"); }},
-        {"CheckBoxOn", []() -> Widget* { return dress(new gui::CheckBox(1), L"Check"); }},
-        {"CheckBoxUndefined", []() -> Widget* { return dress(new gui::CheckBox(-1), L"Check"); }},
-        {"SwitchButton", makeSwitch},
-        {"RadioButton", makeRadio},
+        {.name = "Button",
+         .make = []() -> Widget* { return dress(new gui::Button, L"Press me"); },
+         .callbacks = {changed}},
+        {.name = "ToggleButtonOff", .make = makeToggle<gui::ToggleButton, 0>, .callbacks = {changed}},
+        {.name = "ToggleButtonOn", .make = makeToggle<gui::ToggleButton, 1>, .callbacks = {changed}},
+        {.name = "ToggleButtonUndefined", .make = makeToggle<gui::ToggleButton, -1>, .callbacks = {changed}},
+        {.name = "CheckBoxOff", .make = makeToggle<gui::CheckBox, 0>, .callbacks = {changed}},
+        {.name = "CheckBoxOn", .make = makeToggle<gui::CheckBox, 1>, .callbacks = {changed}},
+        {.name = "CheckBoxUndefined", .make = makeToggle<gui::CheckBox, -1>, .callbacks = {changed}},
+        {"SwitchButtonOn", makeInGroup<gui::SwitchButton, 1>},
+        {.name = "SwitchButtonOff", .make = makeInGroup<gui::SwitchButton, 0>, .callbacks = {changed}},
+        {"RadioButtonOn", makeInGroup<gui::RadioButton, 1>},
+        {.name = "RadioButtonOff", .make = makeInGroup<gui::RadioButton, 0>, .callbacks = {changed}},
         {"Static", []() -> Widget* { return dress(new gui::Static, L"A label with a text that is too long"); }},
         {"StaticTurned", makeTurnedStatic},
         {"AnimatedColorStatic", makeFading},
-        {"TabGroupItemOff", []() -> Widget* { return dress(new gui::TabGroupItem(false), L"Tab"); }},
-        {"TabGroupItemOn", []() -> Widget* { return dress(new gui::TabGroupItem(true), L"Tab"); }},
+        {.name = "TabGroupItemOff",
+         .make = []() -> Widget* { return dress(new gui::TabGroupItem(false), L"Tab"); },
+         .callbacks = {gui::TabGroupItem::showCallbackName}},
+        {.name = "TabGroupItemOn",
+         .make = []() -> Widget* { return dress(new gui::TabGroupItem(true), L"Tab"); },
+         .callbacks = {gui::TabGroupItem::hideCallbackName},
+         .stir = selectAnotherTab},
         {"TextureView", makeTextureView},
-        {"Tooltip", []() -> Widget* { return dress(new gui::Tooltip(gui::WindowsManager::get(0)), L"A hint"); }, false,
-         false},
-        {"Window", [] { return furnish(new gui::Window); }, true},
-        {"ModalWindow", makeModal, true},
-        {"PopupWindow", [] { return furnish(new gui::PopupWindow); }, true, false},
-        {"BuddyWindow", [] { return furnish(new gui::BuddyWindow); }, true, false},
-        {"OverlayWindow", [] { return furnish(new gui::OverlayWindow); }, true, false},
-        {"OffscreenWindow", [] { return furnish(new gui::OffscreenWindow); }, true, false},
+        {.name = "Tooltip",
+         .make = []() -> Widget* { return dress(new gui::Tooltip(gui::WindowsManager::get(0)), L"A hint"); },
+         .clones = false},
+        {.name = "Window",
+         .make = [] { return furnish(new gui::Window); },
+         .window = true,
+         .callbacks = {closed},
+         .stir = close},
+        {.name = "ModalWindow", .make = makeModal, .window = true, .callbacks = {closed}, .stir = close},
+        {.name = "PopupWindow",
+         .make = [] { return furnish(new gui::PopupWindow); },
+         .window = true,
+         .clones = false,
+         .callbacks = {closed},
+         .stir = close},
+        {.name = "BuddyWindow",
+         .make = [] { return furnish(new gui::BuddyWindow); },
+         .window = true,
+         .clones = false,
+         .named = false,
+         .callbacks = {closed},
+         .stir = close},
+        {.name = "OverlayWindow",
+         .make = [] { return furnish(new gui::OverlayWindow); },
+         .window = true,
+         .clones = false,
+         .pointed = false,
+         .callbacks = {closed},
+         .stir = close},
+        {.name = "OffscreenWindow",
+         .make = [] { return furnish(new gui::OffscreenWindow); },
+         .window = true,
+         .clones = false,
+         .pointed = false,
+         .callbacks = {closed},
+         .stir = close},
     };
     return zoo;
 }
@@ -191,8 +239,12 @@ void ZooHost::forgetSkins() {
 }
 
 void ZooHost::settle() {
-    for (int i = 0; i < 4; ++i)
-        frame();
+    gui::GUI& gui = *gui::GUI::get();
+    for (int i = 0; i < 3; ++i) {
+        update();
+        gui.doRedraw();
+    }
+    frame();
 }
 
 void ZooHost::tease(Widget& widget, std::function<void(char const*)> const& step) {

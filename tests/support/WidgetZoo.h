@@ -22,6 +22,16 @@ struct ZooAnimal {
     bool window = false;
     /// `clone` gives a widget of the class.
     bool clones = true;
+    /// It shows something of its own, not only its children.
+    bool seen = true;
+    /// A function of the skin file gives its skin, if it has one.
+    bool named = true;
+    /// The mouse reaches it.
+    bool pointed = true;
+    /// Widget callbacks that `ZooHost::tease` or `stir` calls, beside those that every widget has.
+    std::vector<char const*> callbacks = {};
+    /// Does what calls the callbacks that teasing does not reach.
+    void (*stir)(gui::Widget&) = nullptr;
 };
 
 /// Every class of the toolkit that a host can make.

@@ -15,6 +15,9 @@ namespace {
 using gui::Widget;
 using Pixels = qor::vector<unsigned char>;
 
+/// Enough to show every animal where ZooHost shows it.
+osg::Vec2i const screenSize(420, 320);
+
 std::unique_ptr<vtxDevice> makeGLDevice() { return vtxCreateGLDevice(); }
 
 /// What the widget's whole window looks like on plain ground, drawn directly or recorded and played.
@@ -22,7 +25,7 @@ class Looks {
 public:
     Looks() {
         qor::string error;
-        context_ = EglContext::create(EglContext::Api::GL33, {800, 600}, error);
+        context_ = EglContext::create(EglContext::Api::GL33, screenSize, error);
         EXPECT_TRUE(context_) << error.c_str();
     }
     EglContext& context() { return *context_; }
@@ -44,7 +47,7 @@ private:
 
 TEST(ZooPixels, RecordedAndPlayedEveryClassShowsThePixelsThatItShowsDirectly) {
     Looks looks;
-    support::ZooHost host("skins/dark.lua", {.makeDevice = makeGLDevice});
+    support::ZooHost host("skins/dark.lua", {.size = screenSize, .makeDevice = makeGLDevice});
     for (support::ZooAnimal const& animal : support::getZoo()) {
         Widget* const widget = host.show(animal);
         Widget* const root = widget->getRoot() ? widget->getRoot() : widget;
@@ -56,6 +59,14 @@ TEST(ZooPixels, RecordedAndPlayedEveryClassShowsThePixelsThatItShowsDirectly) {
             return direct;
         };
         compare("resting");
+        widget->setTabOrder(1);
+        host.moveMouse(200, 200);
+        compare("hovered");
+        host.pressMouse();
+        compare("pressed");
+        host.releaseMouse();
+        host.moveMouse(1, 1);
+        compare("focused");
         widget->setOpacity(0.5f);
         compare("half transparent");
         widget->setOpacity(1.0f);
