@@ -8,6 +8,7 @@
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/FocusRect.h"
 #include "gui_lib/Skin/TargetWidgetScope.h"
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/base/textutil.h"
 #include "gui_lib/effects/ShaderEffect.h"
 #include "gui_lib/effects/ShaderEffectManager.h"
@@ -161,8 +162,8 @@ osg::Vec2i Skin::calcSize() {
     Insets const insets = data->getInsets();
     osg::Vec2i const textSize = calcTextSize_(InteractiveStateReleased, 1);
     osg::Vec2i const pictureSize = calcPictureSize_(InteractiveStateReleased, 1);
-    return osg::Vec2i(std::max(textSize.x(), pictureSize.x()) + insets.left + insets.right,
-                      std::max(textSize.y(), pictureSize.y()) + insets.top + insets.bottom);
+    osg::Vec2i const larger(std::max(textSize.x(), pictureSize.x()), std::max(textSize.y(), pictureSize.y()));
+    return saturatingAdd(larger, getThickness(insets));
 }
 
 osg::Vec2i Skin::calcPictureSize_(InteractiveState state, int inner) {
@@ -178,14 +179,15 @@ osg::Vec2i Skin::calcImageSize_(Image::Info const& info) {
         measured.setSize(info.size);
         size = measured.getSize();
     }
-    return size + osg::Vec2i(std::abs(info.align.getHorzAlign().offset), std::abs(info.align.getVertAlign().offset));
+    auto const getShift = [](Align const& align) { return saturate(std::abs(std::int64_t(align.offset))); };
+    return saturatingAdd(size, osg::Vec2i(getShift(info.align.getHorzAlign()), getShift(info.align.getVertAlign())));
 }
 
 osg::Vec2i Skin::calcBkgSize_(InteractiveState state, int inner) {
     Bkg::Info const* const info = data ? data->getBkg(state, inner) : nullptr;
     if (!info)
         return osg::Vec2i();
-    return osg::Vec2i(info->insets.left + info->insets.right, info->insets.top + info->insets.bottom);
+    return getThickness(info->insets);
 }
 
 osg::Vec2i Skin::calcTextSize_(InteractiveState state, int inner) {
@@ -448,9 +450,9 @@ bool Skin::getClipByInsets_(osg::RectImpl<osg::Vec2i>& rect) const {
     Insets const insets = data->getClipInsets();
     osg::Vec2i position(insets.left, insets.top);
     if (gui && gui->getTargetWidget())
-        position = position + widget->getTargetPosition_();
+        position = saturatingAdd(position, widget->getTargetPosition_());
     else
-        position = widget->widgetToScreen(position) + (gui ? gui->getScreenPosition() : osg::Vec2i());
+        position = saturatingAdd(widget->widgetToScreen(position), gui ? gui->getScreenPosition() : osg::Vec2i());
     osg::Vec2i const size = widget->getSize();
     double const x2 = double(position.x()) - insets.right - insets.left + size.x();
     double const y2 = double(position.y()) - insets.bottom - insets.top + size.y();

@@ -3,6 +3,10 @@
 #include <cstdint>
 #include <limits>
 
+#include <osg/Vec2i>
+
+#include "gui_lib/base/Insets.h"
+
 namespace gui {
 
 /// The nearest int to a wider number.
@@ -18,5 +22,17 @@ inline int saturate(std::int64_t value) {
 inline int saturatingAdd(int a, int b) { return saturate(std::int64_t(a) + b); }
 inline int saturatingSubtract(int a, int b) { return saturate(std::int64_t(a) - b); }
 inline int saturatingMultiply(int a, int b) { return saturate(std::int64_t(a) * b); }
+
+inline osg::Vec2i saturatingAdd(osg::Vec2i const& a, osg::Vec2i const& b) {
+    return {saturatingAdd(a.x(), b.x()), saturatingAdd(a.y(), b.y())};
+}
+inline osg::Vec2i saturatingSubtract(osg::Vec2i const& a, osg::Vec2i const& b) {
+    return {saturatingSubtract(a.x(), b.x()), saturatingSubtract(a.y(), b.y())};
+}
+
+/// What the margins take of the width and of the height.
+inline osg::Vec2i getThickness(Insets const& insets) {
+    return {saturatingAdd(insets.left, insets.right), saturatingAdd(insets.top, insets.bottom)};
+}
 
 }  // namespace gui

@@ -30,7 +30,8 @@ void MessageKillWindow::set(WindowBase* newWindow) {
 
 void MessageKillWindow::execute() {
     GUI::get()->removeCustomWindow(window);
-    if (WidgetHandler::get(handler) == window)
+    // A window calls out as it dies, and a callback may drain the queue.
+    if (WidgetHandler::get(handler) == window && !window->isBeingDestroyed_())
         delete window;
 }
 

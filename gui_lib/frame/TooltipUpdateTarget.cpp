@@ -4,6 +4,7 @@
 #include "gui_lib/controls/small/Tooltip.h"
 #include "gui_lib/controls/small/TooltipData.h"
 #include "gui_lib/frame/WindowsManager.h"
+#include "gui_lib/widget/AliveGuard.h"
 
 namespace gui {
 
@@ -63,7 +64,12 @@ void TooltipUpdateTarget::update(double time) {
         return;
     }
     if (!tooltip->getVisible(false)) {
-        if (manager_.prepareTooltip())
+        // Its new size calls out, which may end it.
+        AliveGuard const guard(tooltip);
+        bool const ready = manager_.prepareTooltip();
+        if (guard.dead())
+            return;
+        if (ready)
             tooltip->setVisible(true);
         else
             stop();

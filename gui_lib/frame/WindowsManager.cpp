@@ -46,6 +46,8 @@ public:
         : alive_(window), window_(window), visible_(window->getVisible(false)) {}
 
     bool overtaken() const { return alive_.dead() || window_->getVisible(false) != visible_; }
+    /// The same, or it has become a widget, which enters no group.
+    bool refused() const { return overtaken() || window_->getAsWidget(); }
 
 private:
     AliveGuard alive_;
@@ -226,7 +228,7 @@ void WindowsManager::showWindow(Window* window) {
         return;
     if (eraseFrom_(windows, window))
         cursorHolder->onLeft(window);
-    if (guard.overtaken())
+    if (guard.refused())
         return;
     insertByZOrder_(windows, window);
     cursorHolder->onArrived(window);
@@ -263,7 +265,7 @@ void WindowsManager::raiseWindow(Window* window) {
         return;
     tellCaptureReleased_();
     captureHandler = nullptr;
-    if (guard.dead())
+    if (guard.dead() || window->getAsWidget())
         return;
 
     auto const found = transparentWindow ? std::find(windows.begin(), windows.end(), transparentWindow) : windows.end();
@@ -315,7 +317,7 @@ void WindowsManager::showModal(ModalWindow* window) {
     if (guard.overtaken())
         return;
     window->setFocused(true);
-    if (guard.overtaken())
+    if (guard.refused())
         return;
     putOnTop_(modals, window);
 }
@@ -341,7 +343,7 @@ void WindowsManager::showPopup(PopupWindow* window) {
     if (guard.overtaken())
         return;
     window->setActive(true);
-    if (guard.overtaken())
+    if (guard.refused())
         return;
     putOnTop_(popups, window);
 }
@@ -608,18 +610,21 @@ bool WindowsManager::prepareTooltip() {
         return false;
     if (!forcedTooltipText.empty()) {
         forcedTooltipSkin->copyTo(shown->getWidgetSkin());
+        AliveGuard const guard(shown);
         shown->setText(forcedTooltipText);
-        return true;
+        return guard.alive();
     }
     Widget const* widget = getTooltipWidget_();
     if (!widget || widget->getTooltipText().empty())
         return false;
     skin::Skin* const source = widget->getTooltipSkin() ? widget->getTooltipSkin() : defaultTooltipSkin;
     source->copyTo(shown->getWidgetSkin());
+    AliveGuard const guard(shown);
     shown->setText(widget->getTooltipText());
     // The same text in another skin takes another size.
-    shown->setSize(shown->calcSize());
-    return true;
+    if (guard.alive())
+        shown->setSize(shown->calcSize());
+    return guard.alive();
 }
 
 void WindowsManager::forceTooltipText(qor::basic_string<wchar_t> const& text, skin::TooltipSkin const* tooltipSkin,

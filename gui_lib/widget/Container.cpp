@@ -2,6 +2,7 @@
 
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/layouts/Layout.h"
 #include "gui_lib/layouts/LayoutHandler.h"
@@ -258,7 +259,7 @@ osg::Vec2i Container::getPrefSize() const {
         osg::Vec2i wanted = live->getPrefSize();
         if (skin::Data const* const data = skin ? skin->getSkinData() : nullptr) {
             Insets const& insets = data->getInsets();
-            wanted = wanted + osg::Vec2i(insets.left + insets.right, insets.top + insets.bottom);
+            wanted = saturatingAdd(wanted, getThickness(insets));
         }
         return clampSize_(greater(wanted, osg::Vec2i(0, 0)));
     }

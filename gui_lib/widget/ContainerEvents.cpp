@@ -104,8 +104,10 @@ void Container::onHoveredWidgetChanged_(WidgetHandler* newHovered, osg::Vec2i co
         if (self.dead() || (hoveredWidget && hoveredWidget != oldHovered))
             return;
     }
-    hoveredWidget = newHovered;
-    if (Widget* const entered = WidgetHandler::get(newHovered)) {
+    // The leave may have ended the new one or taken it out.
+    Widget* const entered = WidgetHandler::get(newHovered);
+    hoveredWidget = entered && entered->getParent() == handler ? newHovered : nullptr;
+    if (hoveredWidget) {
         LeaveScope::forget(newHovered);
         entered->onMouseEnter(point);
     }
@@ -305,7 +307,8 @@ void Container::setFocusedWidget_(WidgetHandler* child) {
     }
     focusedWidget = nullptr;
     Widget* const widget = WidgetHandler::get(child);
-    if (!widget || !widget->getFocusable())
+    // The loss may have taken the new one out, too.
+    if (!widget || widget->getParent() != handler || !widget->getFocusable())
         return;
     focusedWidget = child;
     widget->setFocused(true);

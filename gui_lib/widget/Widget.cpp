@@ -2,6 +2,7 @@
 
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/widget/AliveGuard.h"
@@ -296,7 +297,8 @@ osg::RectImpl<osg::Vec2i> Widget::getClientRect_() const {
     if (!data)
         return osg::RectImpl<osg::Vec2i>(osg::Vec2i(0, 0), scaleByWholeZoom(own, getZoom()));
     Insets const& insets = data->getInsets();
-    return osg::RectImpl<osg::Vec2i>(insets.left, insets.top, own.x() - insets.right, own.y() - insets.bottom);
+    return osg::RectImpl<osg::Vec2i>(insets.left, insets.top, saturatingSubtract(own.x(), insets.right),
+                                     saturatingSubtract(own.y(), insets.bottom));
 }
 
 void Widget::setZoom(float newZoom) {
@@ -396,20 +398,20 @@ bool Widget::getEnabled() const {
 // --- Points ---
 
 osg::Vec2i Widget::screenToWidget(osg::Vec2i const& point) const {
-    osg::Vec2i result = point - getPosition();
+    osg::Vec2i result = saturatingSubtract(point, getPosition());
     if (osg::Vec2i const* const origin = OriginScope::find(OriginScope::Screen, parent))
-        return result - *origin;
+        return saturatingSubtract(result, *origin);
     for (Widget const* up = getParentWidget_(); up; up = WidgetHandler::get(up->getParent()))
-        result = result - up->getPosition();
+        result = saturatingSubtract(result, up->getPosition());
     return result;
 }
 
 osg::Vec2i Widget::widgetToScreen(osg::Vec2i const& point) const {
-    osg::Vec2i result = point + getPosition();
+    osg::Vec2i result = saturatingAdd(point, getPosition());
     if (osg::Vec2i const* const origin = OriginScope::find(OriginScope::Screen, parent))
-        return result + *origin;
+        return saturatingAdd(result, *origin);
     for (Widget const* up = getParentWidget_(); up; up = WidgetHandler::get(up->getParent()))
-        result = result + up->getPosition();
+        result = saturatingAdd(result, up->getPosition());
     return result;
 }
 

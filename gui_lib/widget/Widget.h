@@ -216,6 +216,7 @@ public:
 
 protected:
     friend class Container;
+    friend class MessageKillWindow;
     friend class WidgetWorkLists;
     friend class skin::Skin;
 

@@ -3,6 +3,7 @@
 #include "gui_lib/widget/Widget.h"
 
 #include "gui_lib/Skin/Skin.h"
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/graphics/GraphicCommandGuards.h"
 #include "gui_lib/graphics/GraphicCommands.h"
@@ -150,9 +151,9 @@ osg::Vec2i Widget::getTargetPosition_() const {
         return osg::Vec2i(0, 0);
     osg::Vec2i result = getPosition();
     if (osg::Vec2i const* const origin = OriginScope::find(OriginScope::Target, parent, target))
-        return result + *origin;
+        return saturatingAdd(result, *origin);
     for (Widget const* up = getParentWidget_(); up && up != target; up = WidgetHandler::get(up->getParent()))
-        result = result + up->getPosition();
+        result = saturatingAdd(result, up->getPosition());
     return result;
 }
 
@@ -162,7 +163,7 @@ osg::RectImpl<osg::Vec2i> Widget::getClipRect_() const {
     if (GUI const* const gui = GUI::get()) {
         // A target begins at its own corner, not at the screen's.
         if (!gui->getTargetWidget())
-            corner = corner + gui->getScreenPosition();
+            corner = saturatingAdd(corner, gui->getScreenPosition());
         scale = gui->getOffscreenScaleFactor();
     }
     double const x = corner.x();

@@ -34,4 +34,8 @@ void WidgetHandler::shutdown() {
     arena().clear();
 }
 
+int WidgetHandler::getCount() { return static_cast<int>(arena().size()); }
+
+WidgetHandler* WidgetHandler::getAt(int place) { return arena().at(static_cast<std::size_t>(place)); }
+
 }  // namespace gui

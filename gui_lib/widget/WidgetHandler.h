@@ -20,6 +20,12 @@ public:
     /// Deletes every widget that is still alive, those included that destructors make meanwhile, and empties the table.
     static void shutdown();
 
+    // --- For tools that look at every widget ---
+    /// Records made since the last `shutdown`, those of dead widgets included.
+    static int getCount();
+    /// The record of an index below the count.
+    static WidgetHandler* getAt(int place);
+
     int getIndex() const { return index; }
 
 private:

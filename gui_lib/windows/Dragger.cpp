@@ -1,6 +1,7 @@
 #include "gui_lib/windows/Dragger.h"
 
 #include "gui_lib/base/Application.h"
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/widget/AliveGuard.h"
@@ -55,9 +56,9 @@ void Dragger::onMouseMove(osg::Vec2i const& point) {
     WindowBase* const owner = getWindow_();
     if (!owner || !owner->getDraggable() || button == MouseButtonNone)
         return;
-    osg::Vec2i const delta = point - lastMouse;
+    osg::Vec2i const delta = saturatingSubtract(point, lastMouse);
     lastMouse = point;
-    owner->setPosition(owner->getPosition() + delta);
+    owner->setPosition(saturatingAdd(owner->getPosition(), delta));
 }
 
 void Dragger::onMouseReleased() {
@@ -91,8 +92,8 @@ void Dragger::bringWindowBack_() {
     int const bottom = qor::truncateToInt(application->getHeight() * factor) - screen.y() - keptOnScreen;
     osg::Vec2i const own = getSize();
     osg::Vec2i const place = owner->getPosition();
-    int const x = std::max(place.x(), keptOnScreen - own.x() - screen.x());
-    int const y = std::max(place.y(), keptOnScreen - own.y() - screen.y());
+    int const x = std::max(place.x(), saturatingSubtract(keptOnScreen - screen.x(), own.x()));
+    int const y = std::max(place.y(), saturatingSubtract(keptOnScreen - screen.y(), own.y()));
     owner->setPosition(osg::Vec2i(std::min(x, right), std::min(y, bottom)));
 }
 

@@ -1,6 +1,7 @@
 #include "gui_lib/windows/WindowBase.h"
 
 #include "gui_lib/base/Application.h"
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/widget/AliveGuard.h"
@@ -37,8 +38,8 @@ osg::Vec2i getScreenSize() {
 }
 
 int moveInside(int position, int size, int screen) {
-    int const over = std::max(position + size - screen, 0);
-    return std::max(position - over, 0);
+    int const over = std::max(saturatingSubtract(saturatingAdd(position, size), screen), 0);
+    return std::max(saturatingSubtract(position, over), 0);
 }
 
 }  // namespace
@@ -212,6 +213,9 @@ void WindowBase::removeWidget_(Widget* widget) {
         return;
     }
     overlayWidgets.erase(found);
+    // One with the focus told this window so, as any child does.
+    if (focusedWidget == widget->getHandler())
+        focusedWidget = nullptr;
     if (widget->getParent() == handler)
         widget->setParent(nullptr);
 }
@@ -263,16 +267,15 @@ void WindowBase::updateWidgets_() {
     osg::Vec2i const own = getSize();
     int const x = frame.insets.left;
     int const y = frame.insets.top;
-    int const width = own.x() - frame.insets.left - frame.insets.right;
-    int const height = own.y() - frame.insets.top - frame.insets.bottom;
+    osg::Vec2i const inside = saturatingSubtract(own, getThickness(frame.insets));
     if (header)
         header->setPosition(osg::Vec2i(x, y));
     if (self.alive() && header)
-        header->setSize(osg::Vec2i(width, frame.headerHeight));
+        header->setSize(osg::Vec2i(inside.x(), frame.headerHeight));
     if (self.alive() && view)
-        view->setPosition(osg::Vec2i(x, y + frame.headerHeight));
+        view->setPosition(osg::Vec2i(x, saturatingAdd(y, frame.headerHeight)));
     if (self.alive() && view)
-        view->setSize(osg::Vec2i(width, height - frame.headerHeight));
+        view->setSize(osg::Vec2i(inside.x(), saturatingSubtract(inside.y(), frame.headerHeight)));
 }
 
 void WindowBase::onSizeChanged_(osg::Vec2i const& newSize) {
@@ -286,8 +289,9 @@ osg::RectImpl<osg::Vec2i> WindowBase::getClientRect() const {
     Frame const frame = getFrame(skin);
     osg::Vec2i const own = getSize();
     // The header comes off the bottom: the rectangle is meant as a size.
-    return osg::RectImpl<osg::Vec2i>(frame.insets.left, frame.insets.top, own.x() - frame.insets.right,
-                                     own.y() - frame.headerHeight - frame.insets.bottom);
+    return osg::RectImpl<osg::Vec2i>(
+        frame.insets.left, frame.insets.top, saturatingSubtract(own.x(), frame.insets.right),
+        saturatingSubtract(own.y(), saturatingAdd(frame.headerHeight, frame.insets.bottom)));
 }
 
 osg::Vec2i WindowBase::calcSize() const {
@@ -296,9 +300,9 @@ osg::Vec2i WindowBase::calcSize() const {
     osg::Vec2i wanted = view ? view->getPrefSize() : osg::Vec2i(0, 0);
     if (header) {
         osg::Vec2i const strip = header->getPrefSize();
-        wanted.set(std::max(wanted.x(), strip.x()), wanted.y() + std::max(strip.y(), frame.headerHeight));
+        wanted.set(std::max(wanted.x(), strip.x()), saturatingAdd(wanted.y(), std::max(strip.y(), frame.headerHeight)));
     }
-    wanted = wanted + osg::Vec2i(frame.insets.left + frame.insets.right, frame.insets.top + frame.insets.bottom);
+    wanted = saturatingAdd(wanted, getThickness(frame.insets));
     return osg::Vec2i(std::max(wanted.x(), base.x()), std::max(wanted.y(), base.y()));
 }
 
@@ -311,7 +315,7 @@ void WindowBase::onTextChanged_(std::basic_string_view<wchar_t> newText) {
 void WindowBase::centerWindow() {
     if (!GUI::get())
         return;
-    osg::Vec2i const space = getScreenSize() - getSize();
+    osg::Vec2i const space = saturatingSubtract(getScreenSize(), getSize());
     setPosition(osg::Vec2i(space.x() / 2, space.y() / 2));
 }
 

@@ -3,6 +3,7 @@
 #include "gui_lib/windows/WindowBase.h"
 
 #include "gui_lib/base/Application.h"
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/widget/AliveGuard.h"
 #include "gui_lib/windows/WindowView.h"
@@ -65,15 +66,15 @@ int WindowBase::getResizeMask_(osg::Vec2i const& point) const {
     if (!resizable)
         return 0;
     osg::Vec2i const from = getPosition();
-    osg::Vec2i const to = from + getSize();
+    osg::Vec2i const to = saturatingAdd(from, getSize());
     int mask = 0;
-    if (point.x() >= from.x() && point.x() <= from.x() + resizeBorder)
+    if (point.x() >= from.x() && point.x() <= saturatingAdd(from.x(), resizeBorder))
         mask |= ResizeLeft;
-    else if (point.x() >= to.x() - resizeBorder && point.x() <= to.x())
+    else if (point.x() >= saturatingSubtract(to.x(), resizeBorder) && point.x() <= to.x())
         mask |= ResizeRight;
-    if (point.y() >= from.y() && point.y() <= from.y() + resizeBorder)
+    if (point.y() >= from.y() && point.y() <= saturatingAdd(from.y(), resizeBorder))
         mask |= ResizeTop;
-    else if (point.y() >= to.y() - resizeBorder && point.y() <= to.y())
+    else if (point.y() >= saturatingSubtract(to.y(), resizeBorder) && point.y() <= to.y())
         mask |= ResizeBottom;
     return mask;
 }
@@ -103,7 +104,7 @@ void WindowBase::pushResizeCursor_(int mask) {
 }
 
 void WindowBase::resizeTo_(osg::Vec2i const& point) {
-    osg::Vec2i delta = point - dragMousePosition;
+    osg::Vec2i delta = saturatingSubtract(point, dragMousePosition);
     Application const* const application = Application::get();
     if (clipResizeCursor && application) {
         osg::Vec2i cursor;
@@ -117,17 +118,17 @@ void WindowBase::resizeTo_(osg::Vec2i const& point) {
     osg::Vec2i newPosition = getPosition();
     osg::Vec2i newSize = getSize();
     if (resizeMask & ResizeLeft) {
-        newPosition.x() += delta.x();
-        newSize.x() -= delta.x();
+        newPosition.x() = saturatingAdd(newPosition.x(), delta.x());
+        newSize.x() = saturatingSubtract(newSize.x(), delta.x());
     }
     if (resizeMask & ResizeTop) {
-        newPosition.y() += delta.y();
-        newSize.y() -= delta.y();
+        newPosition.y() = saturatingAdd(newPosition.y(), delta.y());
+        newSize.y() = saturatingSubtract(newSize.y(), delta.y());
     }
     if (resizeMask & ResizeRight)
-        newSize.x() += delta.x();
+        newSize.x() = saturatingAdd(newSize.x(), delta.x());
     if (resizeMask & ResizeBottom)
-        newSize.y() += delta.y();
+        newSize.y() = saturatingAdd(newSize.y(), delta.y());
     AliveGuard const self(this);
     setPosition(newPosition);
     if (self.alive())

@@ -1,6 +1,7 @@
 #include "gui_lib/windows/WindowHeader.h"
 
 #include "gui_lib/base/Align2.h"
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/controls/buttons/ButtonSkin.h"
 #include "gui_lib/widget/AliveGuard.h"
 #include "gui_lib/windows/CloseButton.h"
@@ -99,7 +100,7 @@ void WindowHeader::onSizeChanged_(osg::Vec2i const& newSize) {
         return;
     Insets const insets = data->getInsets();
     osg::Vec2i const corner(insets.left, insets.top);
-    osg::Vec2i const area(size.x() - insets.right - insets.left, size.y() - insets.bottom - insets.top);
+    osg::Vec2i const area = saturatingSubtract(size, getThickness(insets));
     placeCloseButton_(corner, area);
     if (self.alive() && dragger)
         dragger->setPosition(corner);
@@ -121,7 +122,7 @@ void WindowHeader::placeCloseButton_(osg::Vec2i const& corner, osg::Vec2i const&
     if (guard.dead())
         return;
     osg::RectImpl<osg::Vec2i> const place = align.calc(button->getSize(), area);
-    button->setPosition(corner + place.leftTop());
+    button->setPosition(saturatingAdd(corner, place.leftTop()));
     if (guard.alive())
         button->setSize(place.size());
 }

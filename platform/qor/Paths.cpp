@@ -23,9 +23,10 @@ Roots& getRoots() {
     return *roots;
 }
 
+// No devices and pipes: reading one may never end.
 bool isFile(string const& path) {
     struct stat status;
-    return stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ VORLEX_API void setAssetRoots(vector<string> const& roots);
 VORLEX_API void addAssetRoot(std::string_view root);
 VORLEX_API vector<string> getAssetRoots();
 
-/// The path of the file to open, or an empty string where there is none (or a folder of that name).
+/// The path of the file to open, or an empty string where there is none (or a folder or a device of that name).
 VORLEX_API string findFile(std::string_view name);
 
 /// Slashes for backslashes, without "./" at the front or within and without doubled slashes.

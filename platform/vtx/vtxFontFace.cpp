@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -66,6 +67,11 @@ void fillBuffer(hb_buffer_t* buffer, std::uint32_t const* text, int length) {
     hb_buffer_clear_contents(buffer);
     hb_buffer_add_utf32(buffer, text, length, 0, length);
     hb_buffer_guess_segment_properties(buffer);
+}
+
+/// Pixels that a side touches, from bounds in 64ths.
+int getPixels(FT_Pos low, FT_Pos high) {
+    return static_cast<int>(std::min<FT_Pos>((high + 63) / 64 - low / 64 + 1, std::numeric_limits<int>::max()));
 }
 
 }  // namespace
@@ -201,6 +207,14 @@ bool vtxFontFace::rasterise(unsigned glyph, double size, int phase, double blur,
         face_->glyph->format != FT_GLYPH_FORMAT_OUTLINE)
         return false;
     FT_Outline_Translate(&face_->glyph->outline, phase * 64 / phaseCount, 0);
+    // A font may have outlines thousands of times its size.
+    FT_BBox box;
+    FT_Outline_Get_CBox(&face_->glyph->outline, &box);
+    bitmap.width = getPixels(box.xMin, box.xMax);
+    bitmap.height = getPixels(box.yMin, box.yMax);
+    bitmap.coverage.clear();
+    if (bitmap.width > maxBitmapSide || bitmap.height > maxBitmapSide)
+        return true;
     if (FT_Render_Glyph(face_->glyph, FT_RENDER_MODE_NORMAL))
         return false;
     FT_Bitmap const& source = face_->glyph->bitmap;

@@ -47,6 +47,8 @@ class vtxFontFace {
 public:
     /// Steps between two pixels at which small glyphs are rasterised.
     static constexpr int phaseCount = 4;
+    /// Pixels; larger glyphs are not rasterised.
+    static constexpr int maxBitmapSide = 1024;
 
     /// Null, with the cause in `error`, for what is no scalable font. The library must outlive the face.
     static std::unique_ptr<vtxFontFace> open(FT_LibraryRec_* library, qor::string const& path, int index,
@@ -78,7 +80,7 @@ public:
     vtxEm shape(std::wstring_view text, qor::vector<vtxShapedGlyph>& glyphs) const;
 
     /// `size` and `blur` (the radius of the softening, 0 none) in pixels; `phase` quarters of a pixel to the right.
-    /// False for a glyph that shows nothing.
+    /// False for a glyph that shows nothing. Of one that is too large only the rough size is told, without coverage.
     bool rasterise(unsigned glyph, double size, int phase, double blur, vtxGlyphBitmap& bitmap) const;
 
 private:

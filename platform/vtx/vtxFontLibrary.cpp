@@ -4,9 +4,17 @@
 #include "platform/qor/Paths.h"
 #include "platform/vtx/vtxLog.h"
 
+#include <algorithm>
 #include <iterator>
 #include <mutex>
 #include <utility>
+
+namespace {
+
+/// Sums of a few line heights of such a font still fit into an int, whatever its metrics.
+constexpr int mostSize = 65536;
+
+}  // namespace
 
 vtxFontLibrary::vtxFontLibrary(vtxTextureStore& textures, std::function<unsigned()> getScaleEpoch)
     : store_(std::make_shared<vtxFontStore>(textures)),
@@ -23,6 +31,7 @@ vtxFontLibrary::~vtxFontLibrary() {
 std::shared_ptr<vtxFont> vtxFontLibrary::getFont(qor::basic_string<char> const& name, int size, vtxFont::Blur blur) {
     if (name.empty() || size < 1)
         return nullptr;
+    size = std::min(size, mostSize);
     if (blur < vtxFont::BlurNone || blur > vtxFont::BlurLarge)
         blur = blur < vtxFont::BlurNone ? vtxFont::BlurNone : vtxFont::BlurLarge;
     qor::string message;

@@ -12,7 +12,8 @@ public:
     virtual ~vtxFontManager();
 
     /// Null only for an empty name, a size below 1, or when not even a shipped font can be read. An unknown name gives
-    /// a shipped font and one log line. `size` is in GUI units.
+    /// a shipped font and one log line. `size` is in GUI units; above 65536
+    /// counts as that.
     virtual std::shared_ptr<vtxFont> getFont(qor::basic_string<char> const& name, int size, vtxFont::Blur blur) = 0;
 
     /// Runs first in the toolkit's doRedraw pass: pages without users go, caches are trimmed.

@@ -5,6 +5,13 @@
 
 #include <algorithm>
 
+namespace {
+
+/// Pixels; the rasteriser knows no smaller size.
+constexpr double leastSize = 1.0 / 64.0;
+
+}  // namespace
+
 vtxGlyphSet::vtxGlyphSet(vtxFontChain const& chain, double size, double blur)
     : chain_(chain),
       size_(std::min(size, maxSize)),
@@ -27,13 +34,15 @@ vtxGlyphSet::Glyph vtxGlyphSet::make_(int face, unsigned glyph, int phase, vtxGl
     double size = size_, stretch = stretch_;
     if (!chain_.getFace(face).rasterise(glyph, size, phase, blur_, bitmap))
         return made;
-    // A very wide glyph of a large size is halved until a page holds it.
-    while (!vtxGlyphPages::fits(bitmap) && size > 1.0) {
+    // A glyph that is larger than a page is halved until one holds it.
+    while (!vtxGlyphPages::fits(bitmap) && size > leastSize) {
         size *= 0.5;
         stretch *= 2.0;
         if (!chain_.getFace(face).rasterise(glyph, size, 0, blur_ * size / size_, bitmap))
             return made;
     }
+    if (!vtxGlyphPages::fits(bitmap))
+        return made;
     vtxGlyphPages::Place const place = pages.add(bitmap);
     if (!place.page)
         return made;

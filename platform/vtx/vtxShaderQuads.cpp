@@ -2,9 +2,13 @@
 
 #include "platform/vtx/vtxShader.h"
 
+#include <algorithm>
+
 int vtxShaderQuads::beginBatch(vtxTexture const* texture, int hint) {
+    // A wild guess must not end the program for want of memory.
+    constexpr int mostReserved = 1 << 16;
     if (hint > 0)
-        quads_.reserve(quads_.size() + static_cast<std::size_t>(hint));
+        quads_.reserve(quads_.size() + static_cast<std::size_t>(std::min(hint, mostReserved)));
     batches_.push_back(Batch{texture, static_cast<int>(quads_.size()), 0});
     return static_cast<int>(batches_.size()) - 1;
 }

@@ -27,7 +27,8 @@ vtxSizedFont::vtxSizedFont(std::shared_ptr<vtxFontStore> store, vtxFontChain& ch
     vtxFontFace const& face = chain.getFace(0);
     ascender_ = roundAway(toPixels(face.getAscender(), size));
     descender_ = roundAway(toPixels(face.getDescender(), size));
-    lineHeight_ = std::max(qor::truncateToInt(toPixels(face.getLineHeight(), size) + 0.5), ascender_ - descender_);
+    lineHeight_ = qor::truncateToInt(
+        std::max(toPixels(face.getLineHeight(), size) + 0.5, static_cast<double>(ascender_) - descender_));
 }
 
 double vtxSizedFont::getXHeight() const { return toPixels(chain_.getFace(0).getXHeight(), size_); }

@@ -3,7 +3,7 @@
 #include "platform/vtx/vtxFont.h"
 #include "platform/vtx/vtxFontStore.h"
 
-#include <osg/Vec2i>
+#include <osg/Vec2d>
 
 #include <memory>
 #include <string_view>
@@ -18,7 +18,7 @@ public:
     /// A line of text to be built for a scale. `pen` is the start of the baseline, GUI units.
     struct Line {
         std::wstring_view text;
-        osg::Vec2i pen;
+        osg::Vec2d pen;
         float scale;
         bool softened;  ///< by the font's blur
     };

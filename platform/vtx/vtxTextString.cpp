@@ -51,6 +51,7 @@ void vtxTextString::build_(float scale) const {
     quads.reset();
     auto const endLayer = [this](Layer layer) { layerEnds_[layer] = static_cast<int>(quads.getBatches().size()); };
     auto* const sized = dynamic_cast<vtxSizedFont*>(font.get());
+    osg::Vec2d const pen(position.x(), position.y());
     auto const width = font && !text.empty() ? static_cast<float>(font->getTextWidth(text, -1.0f)) : 0.0f;
 
     if (width > 0.0f && isSeen(bkgColor))
@@ -58,13 +59,13 @@ void vtxTextString::build_(float scale) const {
                 static_cast<float>(font->getAscender() - font->getDescender()));
     endLayer(LayerBkg);
     if (sized && isSeen(shadowColor))
-        sized->addGlyphs({text, position + shadowOffset, scale, false}, quads, glyphs_[0]);
+        sized->addGlyphs({text, pen + osg::Vec2d(shadowOffset.x(), shadowOffset.y()), scale, false}, quads, glyphs_[0]);
     endLayer(LayerShadow);
     if (sized && sized->getBlur() != vtxFont::BlurNone && isSeen(blurColor))
-        sized->addGlyphs({text, position, scale, true}, quads, glyphs_[1]);
+        sized->addGlyphs({text, pen, scale, true}, quads, glyphs_[1]);
     endLayer(LayerBlur);
     if (sized)
-        sized->addGlyphs({text, position, scale, false}, quads, glyphs_[0]);
+        sized->addGlyphs({text, pen, scale, false}, quads, glyphs_[0]);
     endLayer(LayerGlyphs);
     if (width > 0.0f && lineThroughHeight > 0 && isSeen(lineThroughColor)) {
         double const middle = sized ? sized->getXHeight() * 0.5 : font->getAscender() * 0.25;

@@ -60,6 +60,7 @@ TEST_F(Paths, doesNotTakeAFolderOrAnEmptyNameForAFile) {
     EXPECT_EQ(qor::findFile("sub"), "");
     EXPECT_EQ(qor::findFile(""), "");
     EXPECT_EQ(qor::findFile("."), "");
+    EXPECT_EQ(qor::findFile("/dev/zero"), "") << "a device never ends";
     EXPECT_EQ(qor::findFile(std::string_view("here.txt\0.png", 13)), "");
 }
 

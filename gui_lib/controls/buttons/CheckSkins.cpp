@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/controls/buttons/CheckBoxData.h"
 #include "gui_lib/widget/Widget.h"
 
@@ -74,7 +75,7 @@ osg::RectImpl<osg::Vec2i> CheckBaseSkin::getFocusRectBounds_() const {
     if (!checkImage || !widget)
         return Skin::getFocusRectBounds_();
     osg::Vec2i const size = getWidgetNonZoomedSize_();
-    return {checkImage->getPosition().x() + checkImage->getSize().x(), 0, size.x(), size.y()};
+    return {saturatingAdd(checkImage->getPosition().x(), checkImage->getSize().x()), 0, size.x(), size.y()};
 }
 
 CheckBoxSkin::CheckBoxSkin(Widget* newWidget) : CheckBaseSkin(newWidget) {}

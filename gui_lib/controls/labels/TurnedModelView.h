@@ -2,6 +2,7 @@
 
 #include <osg/Vec2i>
 
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/frame/GUI.h"
 
 namespace gui {
@@ -11,11 +12,11 @@ namespace gui {
 /// turn counter-clockwise on the screen.
 template <class ModelViewGuard>
 void turnModelView(ModelViewGuard& guard, double radians, osg::Vec2i const& pivot, osg::Vec2i const& targetPosition) {
-    osg::Vec2i place = pivot + targetPosition;
+    osg::Vec2i place = saturatingAdd(pivot, targetPosition);
     GUI const* const gui = GUI::get();
     // In a target the screen does not count.
     if (gui && !gui->getTargetWidget())
-        place = place + gui->getScreenPosition();
+        place = saturatingAdd(place, gui->getScreenPosition());
     guard.makeIdentity();
     guard.makeTranslate(-static_cast<float>(pivot.x()), -static_cast<float>(pivot.y()), 0.0f);
     guard.makeRotate(static_cast<float>(radians), 0.0f, 0.0f, -1.0f);

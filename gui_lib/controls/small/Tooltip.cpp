@@ -1,6 +1,7 @@
 #include "gui_lib/controls/small/Tooltip.h"
 
 #include "gui_lib/base/Application.h"
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/controls/small/TooltipData.h"
 #include "gui_lib/controls/small/TooltipSkin.h"
 #include "gui_lib/frame/GUI.h"
@@ -44,11 +45,11 @@ osg::Vec2i Tooltip::calcScreenPosition() const {
 
     int x = mouse.x();
     int y = mouse.y() + offset;
-    if (screen.y() + y + size.y() > application->getHeight())
-        y -= size.y() + offset;
-    int const over = size.x() - application->getWidth() + screen.x() + x;
+    if (saturatingAdd(screen.y() + y, size.y()) > application->getHeight())
+        y = saturatingSubtract(y, saturatingAdd(size.y(), offset));
+    int const over = saturatingAdd(size.x(), screen.x() + x - application->getWidth());
     if (over > 0)
-        x = std::max(x - over, 0);
+        x = std::max(saturatingSubtract(x, over), 0);
     return {x, y};
 }
 

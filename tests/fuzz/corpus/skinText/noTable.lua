@@ -1,0 +1,1 @@
+Skin = function() end

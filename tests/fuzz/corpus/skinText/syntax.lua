@@ -1,0 +1,1 @@
+Skin = { buttonSkin = function( return {} end }

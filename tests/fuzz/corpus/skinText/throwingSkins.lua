@@ -1,0 +1,1 @@
+Skin = setmetatable({}, { __index = function(_, name) return function() error(name) end end })
