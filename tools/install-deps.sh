@@ -9,7 +9,7 @@ build_packages=(g++ cmake ninja-build ccache pkg-config
     libfreetype-dev libharfbuzz-dev libfontconfig-dev libspng-dev libturbojpeg0-dev
     libepoxy-dev libegl-dev libgl-dev libsdl2-dev libegl1 libgl1 libgl1-mesa-dri)
 test_packages=(python3 libgtest-dev libbenchmark-dev)
-check_packages=(clang clang-format libclang-rt-14-dev llvm-14 xvfb xdotool x11-utils libx11-dev libxfixes-dev)
+check_packages=(clang clang-format libclang-rt-14-dev llvm-14 gcovr xvfb xdotool x11-utils libx11-dev libxfixes-dev)
 
 wanted=("${build_packages[@]}")
 case "${1:-all}" in
