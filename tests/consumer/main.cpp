@@ -8,6 +8,7 @@
 #include "gui_lib/windows/Window.h"
 #include "host/Assets.h"
 #include "host/headless/HeadlessApplication.h"
+#include "testkit/Driver.h"
 
 int main() {
     auto& application = *new host::HeadlessApplication(host::HeadlessApplication::BackEnd::Trace);
@@ -27,14 +28,8 @@ int main() {
     window->setSize({300, 200});
     window->insertWidget(button, 0);
     window->setVisible(true);
-    application.runFrames(2);
 
-    osg::Vec2i const middle = button->widgetToScreen({60, 16});
-    application.pushMouseMove(middle.x(), middle.y());
-    application.pushMouseButton(1, true);
-    application.runFrames(1);
-    application.pushMouseButton(1, false);
-    application.runFrames(1);
+    testkit::Driver(application).click(testkit::byText("Button", "Press"));
     application.stop();
     gui::Application::destroy();
 
