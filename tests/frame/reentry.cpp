@@ -69,6 +69,17 @@ TEST(NestedShowing, WhatIsShownWhileItHidesStays) {
     EXPECT_EQ(gui::WindowsManager::get(0)->getActiveWindow(), popup);
 }
 
+TEST(NestedShowing, WhatBecomesAWidgetWhileItShowsIsInNoGroup) {
+    support::TestHost host;
+    auto* const popup = place(new gui::PopupWindow);
+    popup->setVisible(true);
+    auto* const window = place(new gui::Window);
+    // A window that shows closes the popups first.
+    support::onEvent(*popup, Widget::focusCallbackName, [window] { window->setAsWidget(true); });
+    window->setVisible(true);
+    EXPECT_EQ(shownCount(), 0u);
+}
+
 TEST(NestedShowing, ALeaveIsToldOnceThoughItsCallbackMovesTheHover) {
     support::TestHost host;
     auto* const left = place(new gui::Window);

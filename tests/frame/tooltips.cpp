@@ -7,6 +7,7 @@
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/windows/Window.h"
+#include "tests/support/Attach.h"
 #include "tests/support/SkinText.h"
 #include "tests/support/TestHost.h"
 
@@ -143,6 +144,16 @@ TEST_F(Tooltips, GoWhenTheirWidgetOrWindowGoes) {
     gui::Widget::destroy(window);
     host.advance(0.1);
     EXPECT_FALSE(visible());
+}
+
+TEST_F(Tooltips, MayEndAsTheyAreSizedForTheirText) {
+    gui::Tooltip* const tooltip = manager.getTooltip();
+    support::onEvent(*tooltip, gui::Widget::sizeCallbackName, [tooltip] { gui::Widget::destroy(tooltip); });
+    pointAtFirst();
+    host.advance(0.6);
+    EXPECT_EQ(manager.getTooltip(), nullptr);
+    pointAtSecond();
+    host.advance(0.6);
 }
 
 TEST_F(Tooltips, AForcedTextReplacesThemAndStaysThroughPresses) {

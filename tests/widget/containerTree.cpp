@@ -322,6 +322,31 @@ TEST_F(ContainerEvents, AChildThatIsFocusedWhileAnotherGetsTheFocusLosesIt) {
     EXPECT_FALSE(third->getFocused());
 }
 
+TEST_F(ContainerEvents, WhatALeaveOrALossOfFocusTakesOutIsNeitherEnteredNorFocused) {
+    int takenOut = 0;
+    left->addMouseCallback(gui::MouseCallbackLeave,
+                           std::make_shared<std::function<void(int, int, int)>>([&](int, int, int) {
+                               box->remove(right);
+                               other->insert(right);
+                               ++takenOut;
+                           }));
+    box->onMouseMove(at(10, 10));
+    takeEvents();
+    box->onMouseMove(at(90, 50));
+    EXPECT_EQ(takeEvents(), (Words{"left leave"}));
+    box->insert(right);
+    left->addWidgetCallback(gui::getWidgetCallbackType(Widget::focusCallbackName),
+                            std::make_shared<std::function<void()>>([&] {
+                                if (!left->getFocused())
+                                    other->insert(right);
+                                ++takenOut;
+                            }));
+    left->setFocused(true);
+    box->onMouseDown(at(90, 50), gui::MouseButtonMain);
+    EXPECT_EQ(takenOut, 3);
+    EXPECT_EQ(box->getFocusedWidget(), nullptr);
+}
+
 TEST_F(ContainerEvents, KeysGoToTheFocusedChildAndTheContainersOwnCallbacksCannotKeepThem) {
     int own = 0;
     box->addKeyboardCallback(gui::KeyboardCallbackDown, std::make_shared<std::function<bool(gui::KeyboardButton, int)>>(

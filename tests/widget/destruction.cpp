@@ -258,6 +258,24 @@ TEST(Destruction, AKillInsideACallbackEndsTheWindowAtTheNextDrain) {
     EXPECT_EQ(scene.live(0), nullptr);
 }
 
+TEST(Destruction, AWindowThatDrainsItsOwnKillAsItDiesDiesOnce) {
+    support::TestHost host;
+    auto* const window = new Probe<Window>;
+    window->setVisible(true);
+    window->setFocused(true);
+    WidgetHandler* const handler = window->getHandler();
+    int drains = 0;
+    window->addWidgetCallback(gui::getWidgetCallbackType(Widget::focusCallbackName),
+                              std::make_shared<std::function<void()>>([&] {
+                                  ++drains;
+                                  GUI::get()->processMessages();
+                              }));
+    GUI::get()->killWindow(window);
+    Widget::destroy(window);
+    EXPECT_EQ(drains, 1);
+    EXPECT_EQ(WidgetHandler::get(handler), nullptr);
+}
+
 TEST(Destruction, AWindowDeletedWhileItIsShownIsForgottenEverywhere) {
     support::TestHost host;
     auto* const window = new Probe<Window>;

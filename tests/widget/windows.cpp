@@ -149,6 +149,17 @@ TEST_F(Windows, OverlayWidgetsAreDrawnLastAndTakeNoInput) {
     EXPECT_EQ(WidgetHandler::get(handler), nullptr);
 }
 
+TEST_F(Windows, AnOverlayWidgetThatGoesTakesNoKeysAlong) {
+    auto* const overlay = new WidgetProbe;
+    overlay->setFocusableFlag(true);
+    window->insertOverlayWidget(overlay, -1);
+    overlay->setFocused(true);
+    EXPECT_EQ(window->getFocusedWidget(), overlay);
+    window->removeOverlayWidget(overlay);
+    EXPECT_EQ(window->getFocusedWidget(), nullptr);
+    Widget::destroy(overlay);
+}
+
 // --- Dragging ---
 
 TEST_F(Windows, TheHeaderDragsTheWindowAndADropOutsideBringsItBack) {
