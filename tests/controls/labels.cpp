@@ -123,23 +123,16 @@ TEST(TurnedLabels, TurnAboutTheirPivotInBothWaysOnTheScreenAndInATarget) {
     gui::GUI::get()->setViewportPosition(Vec2i(0, 0));
     host.frame();
     EXPECT_EQ(host.traceDraw(*panel), unturned);
-    label->setAngle(45.0);
-    auto* const copy = static_cast<gui::Static*>(label->clone());
-    EXPECT_EQ(copy->getAngle(), 45.0);
-    EXPECT_EQ(copy->getPivotPoint(), Vec2i(10, 5));
-}
-
-TEST(TurnedLabels, GiveThePictureOfTheirTarget) {
-    support::TestHost host(skins(""));
-    auto* const label = new gui::Static;
-    label->setSize(Vec2i(40, 20));
-    host.frame();
     auto const* const skin = static_cast<gui::skin::StaticSkin*>(label->getWidgetSkin());
     EXPECT_EQ(skin->getTargetTexture(), nullptr);
     label->setDrawToTarget(true);
     host.frame();
     ASSERT_NE(skin->getTargetTexture(), nullptr);
     EXPECT_EQ(skin->getTargetTexture()->width, 40);
+    label->setAngle(45.0);
+    auto* const copy = static_cast<gui::Static*>(label->clone());
+    EXPECT_EQ(copy->getAngle(), 45.0);
+    EXPECT_EQ(copy->getPivotPoint(), Vec2i(10, 5));
 }
 
 TEST(TextureViews, ShowTheHostsPictureTurnedAndFollowTheirSize) {
@@ -232,8 +225,7 @@ TEST_F(Fading, AppearsHoldsAndGoesBackWithoutLayingAnythingOut) {
 }
 
 TEST_F(Fading, BeginsAgainFromTheColourOfTheMomentAlsoInsideATick) {
-    class Again : public gui::UpdateTarget {
-    public:
+    struct Again : gui::UpdateTarget {
         void update(double) override { label->setTextColor(color); }
         gui::AnimatedColorStatic* label;
         osg::Vec4f color;

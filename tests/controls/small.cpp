@@ -118,21 +118,16 @@ TEST(Panels, ShowTheirChildOperationsAndCopyTheChildren) {
     panel->insertWidget(second, 0);
     second->insertWidget(new gui::Button, -1);
     EXPECT_EQ(panel->getWidgetIndex(first), 1);
-    first->setText(L"text");
     first->setEnabled(false);
 
     auto* const copy = static_cast<gui::Panel*>(panel->clone());
     ASSERT_EQ(copy->getWidgetCount(), 2);
-    EXPECT_STREQ(copy->getWidget(0)->getWidgetType(), "Panel");
     EXPECT_EQ(static_cast<gui::Panel*>(copy->getWidget(0))->getWidgetCount(), 1);
-    EXPECT_EQ(copy->getWidget(1)->getText(), L"text");
     EXPECT_FALSE(copy->getWidget(1)->getEnabled());
 
     panel->removeWidget(first);
     EXPECT_EQ(panel->getWidgetIndex(first), -1);
-    gui::WidgetHandler* const dead = second->getHandler();
     panel->clear();
-    EXPECT_EQ(gui::WidgetHandler::get(dead), nullptr);
     panel->insertWidget(first, 5);
     panel->removeAllWidgets();
     EXPECT_EQ(first->getParent(), nullptr);

@@ -7,10 +7,8 @@
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/windows/OffscreenWindow.h"
 #include "gui_lib/windows/Window.h"
-#include "gui_lib/windows/WindowView.h"
 #include "platform/trace/vtxTraceLog.h"
 #include "platform/vtx/vtxRenderer.h"
-#include "tests/support/Attach.h"
 #include "tests/support/SkinText.h"
 #include "tests/support/TestHost.h"
 
@@ -94,32 +92,10 @@ TEST(Surfaces, HaveAMouseOfTheirOwn) {
     EXPECT_EQ(gui.getMousePosition(id), Vec2i(50, 60));
     for (int bad : {-1, 7})
         EXPECT_EQ(gui.getMousePosition(bad), Vec2i(450, 30));
+    showWindow(Vec2i(0, 0), Vec2i(300, 100), id);
+    EXPECT_FALSE(gui.getHasMouseInputAtScreenPoint(450, 30)) << "only surface 0 answers for the host's scene";
     gui.setSurfaceMouseFunc(id, {});
     EXPECT_EQ(gui.getMousePosition(id), Vec2i(450, 30));
-}
-
-TEST(Surfaces, TheFirstThatTakesAMoveKeepsItFromTheRest) {
-    support::TestHost host;
-    GUI& gui = *GUI::get();
-    int const id = gui.createSurface();
-    gui.setSurfaceMouseFunc(id, [](int x, int y) { return Vec2i(x - 100, y); });
-    auto* const front = showWindow(Vec2i(300, 0), Vec2i(100, 100));
-    auto* const inWorld = showWindow(Vec2i(0, 0), Vec2i(300, 100), id);
-    std::string events;
-    support::onMouse(*front->getView(), gui::MouseCallbackMove, [&] { events += "front "; });
-    support::onMouse(*inWorld, gui::MouseCallbackMove, [&] { events += "world "; });
-    support::onMouse(*inWorld, gui::MouseCallbackLeave, [&] { events += "left "; });
-
-    host.moveMouse(150, 90);
-    host.moveMouse(350, 90);
-    EXPECT_EQ(events, "world front ");
-    EXPECT_EQ(gui::WindowsManager::get(id)->getHoveredWindow(), inWorld) << "a later surface keeps its stale hover";
-    host.moveMouse(150, 90);
-    host.moveMouse(550, 90);
-    EXPECT_EQ(events, "world front world left ");
-    // Only surface 0 answers for the host's scene.
-    EXPECT_FALSE(gui.getHasMouseInputAtScreenPoint(150, 90));
-    EXPECT_TRUE(gui.getHasMouseInputAtScreenPoint(350, 90));
 }
 
 TEST(Surfaces, AreDrawnIntoTheirTargetWithoutTheScreensPlace) {
@@ -195,9 +171,7 @@ TEST(FrameSettings, ClippingIsOnAfterTheGuardWhateverItWasBefore) {
 TEST(FrameSettings, DebugSkinsComeAndGoWithEveryShownWindow) {
     support::TestHost host(skin("debugSkin"));
     GUI& gui = *GUI::get();
-    int const id = gui.createSurface();
     showWindow(Vec2i(0, 0), Vec2i(60, 60));
-    showWindow(Vec2i(0, 0), Vec2i(60, 60), id);
     std::string const plain = host.traceFrame();
     gui.setDebugDraw(true);
     host.frame();

@@ -1,4 +1,5 @@
 #include <set>
+#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -26,45 +27,13 @@ TEST(KeyNames, TwoHundredThirtyKeysHaveANameThatLeadsBack) {
 
 TEST(KeyNames, StandAtTheirNumbers) {
     gui::registerKeyboardButtonsNames();
-    std::pair<int, char const*> const rows[] = {{8, "backspace"},
-                                                {12, "clear"},
-                                                {32, "space"},
-                                                {33, "!"},
-                                                {36, "$"},
-                                                {38, "&"},
-                                                {48, "0"},
-                                                {64, "@"},
-                                                {91, "["},
-                                                {96, "`"},
-                                                {97, "a"},
-                                                {122, "z"},
-                                                {127, "delete"},
-                                                {160, "world 0"},
-                                                {255, "world 95"},
-                                                {256, "[0]"},
-                                                {265, "[9]"},
-                                                {266, "[.]"},
-                                                {271, "enter"},
-                                                {272, "equals"},
-                                                {273, "up"},
-                                                {274, "down"},
-                                                {275, "right"},
-                                                {276, "left"},
-                                                {280, "page up"},
-                                                {282, "f1"},
-                                                {296, "f15"},
-                                                {300, "numlock"},
-                                                {303, "right shift"},
-                                                {304, "left shift"},
-                                                {309, "right meta"},
-                                                {310, "left meta"},
-                                                {311, "left super"},
-                                                {312, "right super"},
-                                                {313, "alt gr"},
-                                                {316, "print screen"},
-                                                {321, "euro"}};
-    for (auto const& [code, name] : rows)
-        EXPECT_EQ(nameOf(code), name) << code;
+    // The ends of the runs of numbers, and who stands out of line.
+    std::istringstream rows(
+        "8 backspace,32 space,64 @,91 [,97 a,122 z,127 delete,160 world 0,255 world 95,256 [0],266 [.],271 enter,"
+        "273 up,276 left,280 page up,282 f1,296 f15,300 numlock,303 right shift,310 left meta,313 alt gr,"
+        "316 print screen,321 euro");
+    for (std::string row; std::getline(rows, row, ',');)
+        EXPECT_EQ(nameOf(std::stoi(row)), row.substr(row.find(' ') + 1));
     for (int absent : {0, 7, 37, 65, 90, 123, 126, 128, 159, 297, 299, 322})
         EXPECT_EQ(nameOf(absent), "unknown") << absent;
     for (char const* absent : {"%", "Escape", "A", "unknown", "", "f16", "world 96"})

@@ -4,6 +4,7 @@
 
 #include "host/PngWriter.h"
 #include "platform/qor/Paths.h"
+#include "platform/vtx/vtxFrameBuffer.h"
 #include "platform/vtx/vtxShaderQuads.h"
 #include "platform/vtx/vtxTextureManager.h"
 
@@ -49,6 +50,15 @@ void ContractStage::frame(std::function<void()> const& draw) {
     renderer->beginDraw(vtxRenderer::TechniqueNormal);
     draw();
     renderer->endDraw();
+}
+
+void ContractStage::drawIn(vtxFrameBuffer& target, std::function<void()> const& draw) {
+    target.renderToTarget([&] {
+        vtxRenderer::ProjectionMatrixGuard projection;
+        projection.makeOrtho2D(0, float(target.getSize().x()), float(target.getSize().y()), 0);
+        vtxRenderer::ShaderTechniqueGuard technique(vtxRenderer::TechniqueTarget);
+        draw();
+    });
 }
 
 Picture ContractStage::read(vtxFrameBuffer* target, osg::Vec2i const& pixels) {

@@ -23,6 +23,8 @@ public:
     bool hasPixels() const { return context != nullptr; }
     /// One pass with a projection for the whole framebuffer, over opaque black.
     void frame(std::function<void()> const& draw);
+    /// Renders to the target with a projection of its size.
+    void drawIn(vtxFrameBuffer& target, std::function<void()> const& draw);
     Picture read(vtxFrameBuffer* target = nullptr, osg::Vec2i const& pixels = osg::Vec2i());
     /// Checks a pixel of the framebuffer where there are pixels.
     void expect(int x, int y, Pixel const& expected, int tolerance = 2);

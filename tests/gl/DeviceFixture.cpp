@@ -66,11 +66,13 @@ vtxDrawState DeviceFixture::makeState(osg::Vec2i const& target) const {
     return state;
 }
 
-vtxQuadRun DeviceFixture::makeRun(Quads const& quads) const {
+vtxQuadRun DeviceFixture::makeRun(Quads const& quads, vtxDeviceHandle lone, int sampler) const {
     vtxQuadRun run;
     run.state = makeState(size);
     run.instances = quads.instances.data();
     run.count = quads.instances.size();
+    run.lone[0] = {lone, sampler};
+    run.loneCount = lone ? 1 : 0;
     return run;
 }
 
@@ -93,4 +95,12 @@ vtxDeviceHandle DeviceFixture::makeTexture(int width, int height, std::initializ
     vtxDeviceHandle const texture = device->createTexture(description);
     device->uploadTexture(texture, 0, osg::RectImpl<osg::Vec2i>(0, 0, width, height), std::data(pixels));
     return texture;
+}
+
+vtxDeviceHandle DeviceFixture::makePages(int side, int layers, bool singleChannel) {
+    vtxTextureDescription description;
+    description.width = description.height = side;
+    description.layers = layers;
+    description.singleChannel = singleChannel;
+    return device->createTexture(description);
 }

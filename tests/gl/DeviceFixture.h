@@ -38,11 +38,13 @@ public:
 
     /// State for drawing to something of a size.
     vtxDrawState makeState(osg::Vec2i const& size) const;
-    vtxQuadRun makeRun(Quads const& quads) const;
+    /// For the host, with a texture in the first lone place unless it is 0.
+    vtxQuadRun makeRun(Quads const& quads, vtxDeviceHandle lone = 0, int sampler = 0) const;
     void draw(Quads const& quads);
     Picture read(vtxDeviceHandle target, osg::Vec2i const& size);
     Picture readHost() { return read(0, size); }
     vtxDeviceHandle makeTexture(int width, int height, std::initializer_list<unsigned char> pixels, bool mips = false);
+    vtxDeviceHandle makePages(int side, int layers, bool singleChannel);
 
     osg::Vec2i const size{64, 32};
     std::unique_ptr<EglContext> context;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 
@@ -16,29 +17,6 @@ using namespace colours;
 
 namespace {
 
-osg::Vec4f const nothing(0.0f, 0.0f, 0.0f, 0.0f);
-
-vtxTextString makeText(std::shared_ptr<vtxFont> font, wchar_t const* words, int x, int y) {
-    vtxTextString text;
-    text.font = std::move(font);
-    text.text = words;
-    text.color = white;
-    text.bkgColor = text.shadowColor = text.blurColor = text.lineThroughColor = nothing;
-    text.position = osg::Vec2i(x, y);
-    text.textLength = int(text.text.size());
-    return text;
-}
-
-/// Sum of one component over a rectangle.
-long sum(Picture const& picture, Rect const& rect, size_t component) {
-    long total = 0;
-    for (int y = rect.y1; y < rect.y2; ++y) {
-        for (int x = rect.x1; x < rect.x2; ++x)
-            total += picture.at(x, y)[component];
-    }
-    return total;
-}
-
 /// A rectangle of two triangles.
 std::unique_ptr<vtxGeometry> makeRectangle(vtxRenderer& renderer, double width, double height) {
     qor::vector<vtxVertex> const vertices = {{0, 0, 0, 1, 1, 1, 1, 0, 0},
@@ -53,10 +31,12 @@ std::unique_ptr<vtxGeometry> makeRectangle(vtxRenderer& renderer, double width, 
 // --- Text ---
 
 TEST_P(ContractObjects, TextShowsItsLayersWhereItsMetricsSay) {
-    auto font = renderer.getFontManager()->getFont("Inter", 20, vtxFont::BlurNone);
-    ASSERT_NE(font, nullptr);
-    int const width = font->getTextWidth(L"Hill", -1.0f);
-    vtxTextString text = makeText(font, L"Hill", 10, 30);
+    vtxTextString text;
+    text.font = renderer.getFontManager()->getFont("Inter", 20, vtxFont::BlurNone);
+    ASSERT_NE(text.font, nullptr);
+    text.text = L"Hill";
+    text.position = osg::Vec2i(10, 30);
+    text.color = white;
     text.bkgColor = osg::Vec4f(0.0f, 0.0f, 1.0f, 1.0f);
     text.shadowColor = red;
     text.shadowOffset = osg::Vec2i(40, 20);
@@ -64,96 +44,28 @@ TEST_P(ContractObjects, TextShowsItsLayersWhereItsMetricsSay) {
     text.lineThroughHeight = 2;
     text.redraw(-1.0f);
     stage.frame([&] { text.draw(&shader, -1.0f); });
-    int const top = 30 - font->getAscender(), bottom = 30 - font->getDescender();
+    EXPECT_EQ(renderer.getCounters().runs, 1u) << "text and its layers are one run";
+    int const width = text.font->getTextWidth(L"Hill", -1.0f);
+    int const top = 30 - text.font->getAscender(), bottom = 30 - text.font->getDescender();
     stage.expect(10, top, bluePixel);
     stage.expect(10 + width - 1, bottom - 1, bluePixel);
     stage.expect(9, top, blackPixel);
     stage.expect(10, top - 1, blackPixel);
     stage.expect(10, bottom, blackPixel);
-    if (stage.hasPixels()) {
-        Picture const picture = stage.read();
-        Rect const line(10, top, 10 + width, 30);
-        EXPECT_GT(sum(picture, line, 0), 20 * 255) << "white strokes over the background";
-        EXPECT_GT(sum(picture, Rect(51, top + 20, 51 + width, 50), 0), 20 * 255) << "the shadow";
-        EXPECT_EQ(sum(picture, Rect(51, top + 20, 51 + width, 50), 1), 0);
-        int bar = 0;
-        for (int y = top; y < 30; ++y)
-            bar += picture.at(10 + width / 2, y) == greenPixel;
-        EXPECT_EQ(bar, 2) << "the line-through's height";
-    }
-    EXPECT_EQ(renderer.getCounters().runs, 1u) << "text and its layers are one run";
-
-    stage.frame([&] { text.draw(&shader, red, -1.0f); });
-    if (stage.hasPixels()) {
-        Picture const picture = stage.read();
-        EXPECT_GT(sum(picture, Rect(10, top, 10 + width, 30), 0), 20 * 255) << "drawn in another colour";
-        int white = 0;
-        for (int y = top; y < 30; ++y) {
-            for (int x = 10; x < 10 + width; ++x)
-                white += picture.at(x, y) == whitePixel;
+    if (!stage.hasPixels())
+        return;
+    Picture const picture = stage.read();
+    int strokes = 0, shadow = 0, bar = 0;
+    for (int y = top; y < 30; ++y) {
+        for (int x = 10; x < 10 + width; ++x) {
+            strokes += picture.at(x, y)[0] > 200;
+            shadow += picture.at(x + 40, y + 20)[0] > 200;
+            bar += picture.at(x, y) == greenPixel;
         }
-        EXPECT_EQ(white, 0);
     }
-}
-
-TEST_P(ContractObjects, BlurSpreadsTheGlyphs) {
-    long spread[3] = {};
-    for (int blur = 0; blur < 3; ++blur) {
-        auto font = renderer.getFontManager()->getFont("Inter", 20, vtxFont::Blur(blur));
-        ASSERT_NE(font, nullptr);
-        vtxTextString text = makeText(font, L"l", 40, 40);
-        text.color = nothing;
-        text.blurColor = red;
-        text.redraw(-1.0f);
-        stage.frame([&] { text.draw(&shader, -1.0f); });
-        if (!stage.hasPixels())
-            continue;
-        Picture const picture = stage.read();
-        for (int x = 0; x < 96; ++x)
-            spread[blur] += picture.at(x, 33)[0] > 4;
-    }
-    if (stage.hasPixels()) {
-        EXPECT_EQ(spread[0], 0) << "no blur, no blur layer";
-        EXPECT_GT(spread[1], 2);
-        EXPECT_GT(spread[2], spread[1]);
-    }
-}
-
-TEST_P(ContractObjects, TextFollowsAChangeOfScaleAndBack) {
-    auto font = renderer.getFontManager()->getFont("Inter", 14, vtxFont::BlurNone);
-    ASSERT_NE(font, nullptr);
-    vtxTextString text = makeText(font, L"Wave", 4, 20);
-    text.redraw(-1.0f);
-    Picture shown[3];
-    long covered[3] = {};
-    float const scales[3] = {1.0f, 2.0f, 1.0f};
-    for (int i = 0; i < 3; ++i) {
-        renderer.setScale(scales[i]);
-        stage.frame([&] { text.draw(&shader, -1.0f); });
-        if (!stage.hasPixels())
-            continue;
-        shown[i] = stage.read();
-        covered[i] = sum(shown[i], Rect(0, 0, 96, 64), 0);
-    }
-    if (stage.hasPixels()) {
-        EXPECT_EQ(shown[0].bytes, shown[2].bytes);
-        EXPECT_GT(covered[1], covered[0] * 3);
-        EXPECT_LT(covered[1], covered[0] * 5);
-    }
-}
-
-// --- Pictures ---
-
-TEST_P(ContractObjects, AnUnreadablePictureGivesNullAndOneLine) {
-    support::LogCapture lines;
-    qor::string const path = TestPictures::write("broken.png", 8, 8, [](int, int) { return redPixel; });
-    std::ofstream(path.c_str(), std::ios::trunc) << "\x89PNG\r\n\x1a\n and then nothing of the kind";
-    vtxTextureManager& manager = *renderer.getTextureManager();
-    EXPECT_EQ(manager.getTexture(path, Rect(), nullptr), nullptr);
-    EXPECT_EQ(manager.getTexture(path, Rect(), nullptr), nullptr);
-    EXPECT_EQ(manager.getTexture("", Rect(), nullptr), nullptr);
-    EXPECT_EQ(lines.getLines().size(), 1u) << lines.dump();
-    EXPECT_TRUE(lines.contains("broken.png"));
+    EXPECT_GT(strokes, 20);
+    EXPECT_GT(shadow, strokes) << "nothing strikes it through";
+    EXPECT_EQ(bar, 2 * width);
 }
 
 // --- Geometry ---
@@ -210,7 +122,6 @@ TEST_P(ContractObjects, CircleAndLifeBarStandAtTheModelViewsOrigin) {
 
 TEST_P(ContractObjects, ATargetIsIsolatedAndEverythingIsPutBack) {
     std::unique_ptr<vtxFrameBuffer> target(renderer.createFrameBuffer(osg::Vec2i(20, 10), 0, 1));
-    EXPECT_EQ(target->getSize(), osg::Vec2i(20, 10));
     for (float scale : {1.0f, 1.5f, 2.0f}) {
         renderer.setScale(scale);
         stage.frame([&] {
@@ -218,8 +129,6 @@ TEST_P(ContractObjects, ATargetIsIsolatedAndEverythingIsPutBack) {
             vtxRenderer::OpacityGuard opacity(0.5f);
             vtxRenderer::ShiftPositionGuard shift(2, 2, 1);
             target->renderToTarget([&] {
-                EXPECT_EQ(renderer.getTechnique(), vtxRenderer::TechniqueNone);
-                EXPECT_EQ(renderer.getOpacity(), 1.0f);
                 vtxRenderer::ProjectionMatrixGuard projection;
                 projection.makeOrtho2D(0, 20, 10, 0);
                 renderer.beginDraw(vtxRenderer::TechniqueTarget);
@@ -227,8 +136,6 @@ TEST_P(ContractObjects, ATargetIsIsolatedAndEverythingIsPutBack) {
                 stage.quad(16, 6, 40, 40, green);
                 renderer.endDraw();
             });
-            EXPECT_EQ(renderer.getTechnique(), vtxRenderer::TechniqueNormal);
-            EXPECT_EQ(renderer.getOpacity(), 0.5f);
             stage.quad(0, 0, 20, 10, white, target->getTexture());
             stage.quad(25, 0, 20, 1, white);
         });
@@ -253,34 +160,25 @@ TEST_P(ContractObjects, ATargetIsIsolatedAndEverythingIsPutBack) {
     renderer.getTextureManager()->flushReleased();
 }
 
-TEST_P(ContractObjects, TargetsNestThrowAndComeWithSamplesAndMips) {
+TEST_P(ContractObjects, TargetsNestAndComeWithSamplesAndMips) {
     std::unique_ptr<vtxFrameBuffer> outer(renderer.createFrameBuffer(osg::Vec2i(16, 16), 4, 1));
     std::unique_ptr<vtxFrameBuffer> inner(renderer.createFrameBuffer(osg::Vec2i(8, 8), 0, 4));
-    EXPECT_EQ(outer->getMsaa(), 4);
-    EXPECT_EQ(inner->getMips(), 4);
-    auto drawIn = [&](vtxFrameBuffer& target, std::function<void()> const& draw) {
-        target.renderToTarget([&] {
-            vtxRenderer::ProjectionMatrixGuard projection;
-            projection.makeOrtho2D(0, float(target.getSize().x()), float(target.getSize().y()), 0);
-            vtxRenderer::ShaderTechniqueGuard technique(vtxRenderer::TechniqueTarget);
-            draw();
-        });
-    };
-    drawIn(*outer, [&] {
+    stage.drawIn(*outer, [&] {
         stage.quad(0, 0, 8, 8, red);
-        drawIn(*inner, [&] {
-            for (int x = 0; x < 8; x += 2)
-                stage.quad(float(x), 0, 1, 8, white);
+        stage.drawIn(*inner, [&] {
+            for (int x = 0; x < 20; x += 2)
+                stage.quad(float(x), 0, 1, 80, white);
         });
         shader.setUserTextureFiltering(vtxRenderer::SamplerMips);
         stage.quad(8, 8, 2, 2, white, inner->getTexture());
         shader.resetTextureSampler();
+        stage.quad(14, 0, 50, 50, green);
     });
-    EXPECT_THROW(inner->renderToTarget([&] { throw std::runtime_error("host"); }), std::runtime_error);
     stage.frame([&] { stage.quad(0, 0, 16, 16, white, outer->getTexture()); });
     stage.expect(4, 4, redPixel);
     stage.expect(9, 9, {128, 128, 128, 255}, 4);
     stage.expect(12, 4, blackPixel);
+    stage.expect(15, 15, greenPixel);
     outer.reset();
     inner.reset();
     renderer.getTextureManager()->flushReleased();
@@ -298,19 +196,16 @@ TEST_P(ContractObjects, AnEffectDrawsATargetWithItsParameters) {
                                    "result.rgb *= vec3(tint[0], tint[1], tint[2]); }\n";
     vtxEffectShader* effect = renderer.createEffectShader(path.c_str());
     ASSERT_NE(effect, nullptr);
-    EXPECT_EQ(renderer.createEffectShader(path.c_str()), effect) << "loaded once a path";
+    qor::string spelled = path;
+    std::replace(spelled.begin(), spelled.end(), '/', '\\');
+    EXPECT_EQ(renderer.createEffectShader(spelled.c_str()), effect) << "loaded once a path";
     EXPECT_EQ(effect->getParameter("beta"), -1);
     renderer.setScale(1.5f);
     // 15 x 9 units are 22.5 x 13.5 pixels: the last row and column are only half used.
     std::unique_ptr<vtxFrameBuffer> target(renderer.createFrameBuffer(osg::Vec2i(15, 9), 0, 1));
     auto geometry = makeRectangle(renderer, 15, 9);
     stage.frame([&] {
-        target->renderToTarget([&] {
-            vtxRenderer::ProjectionMatrixGuard projection;
-            projection.makeOrtho2D(0, 15, 9, 0);
-            vtxRenderer::ShaderTechniqueGuard technique(vtxRenderer::TechniqueTarget);
-            stage.quad(0, 0, 15, 4, white);
-        });
+        stage.drawIn(*target, [&] { stage.quad(0, 0, 15, 4, white); });
         vtxRenderer::ModelViewMatrixGuard move;
         move.setTranslate(4, 4, 0);
         vtxRenderer::OpacityGuard opacity(0.5f);
@@ -319,8 +214,8 @@ TEST_P(ContractObjects, AnEffectDrawsATargetWithItsParameters) {
         effect->setGeometry(geometry.get());
         effect->setTexture(target->getTexture());
         effect->setMatrices(renderer.getProjectionMatrix(), renderer.getModelViewMatrix());
-        float const tint[3] = {1.0f, 0.5f, 0.0f};
-        effect->setFloatArray(effect->getParameter("tint"), tint, 3);
+        float const tint[5] = {1.0f, 0.5f, 0.0f, 9.0f, 9.0f};  // two more than there are
+        effect->setFloatArray(effect->getParameter("tint"), tint, 5);
         effect->setFloat(effect->getParameter("alpha"), 0.5f);
         effect->setFloat(-1, 9.0f);
         effect->drawEffect(3, 2, 0);
@@ -338,6 +233,7 @@ TEST_P(ContractObjects, AnEffectDrawsATargetWithItsParameters) {
 TEST_P(ContractObjects, AMissingEffectGivesNullAndABrokenOneDrawsNothing) {
     support::LogCapture lines;
     EXPECT_EQ(renderer.createEffectShader("no/such.fx"), nullptr);
+    EXPECT_EQ(renderer.createEffectShader("no\\such.fx"), nullptr);
     qor::string const path = TestPictures::write("unused.png", 1, 1, [](int, int) { return redPixel; }) + ".bad.fx";
     std::ofstream(path.c_str()) << "[vertex]\nvoid effectVertex() {}\n[fragment]\nvoid effectFragment()\n{ wrong; }\n";
     vtxEffectShader* effect = renderer.createEffectShader(path.c_str());

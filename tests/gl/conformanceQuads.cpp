@@ -1,9 +1,9 @@
+#include <algorithm>
 #include <cmath>
 
 #include "platform/vtx/vtxShaderBkgQuads.h"
 #include "platform/vtx/vtxTextureManager.h"
 #include "tests/gl/ContractFixture.h"
-#include "tests/support/LogCapture.h"
 
 using ContractQuads = Contract;
 INSTANTIATE_ON_ALL_BACK_ENDS(ContractQuads);
@@ -54,21 +54,24 @@ TEST_P(ContractQuads, OpacityReplacesAndIsPutBack) {
 }
 
 TEST_P(ContractQuads, ClipsIntersectInUnitsWithinAPassAndInPixelsOutside) {
-    renderer.setScale(2.0f);
+    renderer.setScale(1.5f);
     stage.frame([&] {
-        vtxRenderer::ClipRectGuard outer(Rect(2, 2, 20, 20));
+        vtxRenderer::ClipRectGuard outer(Rect(3, 1, 19, 21));
         vtxRenderer::ModelViewMatrixGuard move;
-        move.setTranslate(4, 0, 0);
-        vtxRenderer::ClipRectGuard inner(Rect(0, 10, 12, 40));
+        move.setTranslate(-4, 0, 0);
+        vtxRenderer::ClipRectGuard inner(Rect(0, 11, 13, 40));
         stage.quad(0, 0, 40, 40, red);
+        stage.quad(0, 30, 40, 4, green);
     });
-    stage.expect(8, 20, redPixel);
-    stage.expect(23, 39, redPixel);
-    stage.expect(7, 20, blackPixel);
-    stage.expect(24, 20, blackPixel);
-    stage.expect(8, 19, blackPixel);
-    stage.expect(8, 40, blackPixel);
+    // Halves of a pixel are rounded up.
+    stage.expect(5, 17, redPixel);
+    stage.expect(19, 31, redPixel);
+    stage.expect(4, 20, blackPixel);
+    stage.expect(20, 20, blackPixel);
+    stage.expect(8, 16, blackPixel);
+    stage.expect(8, 32, blackPixel);
     EXPECT_EQ(renderer.getCounters().runs, 1u) << "a clip of upright quads ends no run";
+    EXPECT_EQ(renderer.getCounters().quads, 1u) << "what is clipped away is not sent";
 
     vtxRenderer::ClipRectGuard pixels(Rect(0, 0, 10, 10));
     stage.frame([&] { stage.quad(0, 0, 40, 40, green); });
@@ -76,115 +79,136 @@ TEST_P(ContractQuads, ClipsIntersectInUnitsWithinAPassAndInPixelsOutside) {
     stage.expect(10, 9, blackPixel);
 }
 
-TEST_P(ContractQuads, TurnedQuadsAreCutByTheSameClip) {
+TEST_P(ContractQuads, TurnedQuadsAreCutByTheSameClipAndOnlyThoseThatCrossItEndTheRun) {
+    vtxTexture* texture = renderer.getTextureManager()->getTexture(TestPictures::cells(), Rect(), nullptr);
+    float const quarter = float(std::acos(0.0));
     stage.frame([&] {
-        vtxRenderer::ModelViewMatrixGuard turn;
-        turn.makeTranslate(-20, -20, 0);
-        turn.makeRotate(float(std::acos(-1.0)) / 4.0f, 0, 0, 1);
-        turn.setTranslate(40, 30, 0);
         vtxRenderer::ClipRectGuard clip(Rect(40, 0, 90, 30));
-        stage.quad(10, 10, 20, 20, red);
+        stage.quad(42, 2, 6, 6, green);
+        {
+            vtxRenderer::ModelViewMatrixGuard turn;
+            turn.makeIdentity().makeRotate(quarter, 0, 0, 1).setTranslate(84, 2, 0);
+            stage.quad(0, 0, 24, 24, white, texture);
+        }
+        {
+            vtxRenderer::ModelViewMatrixGuard turn;
+            turn.makeTranslate(-20, -20, 0).makeRotate(quarter / 2, 0, 0, 1).setTranslate(40, 30, 0);
+            stage.quad(10, 10, 20, 20, red);
+        }
+        stage.quad(86, 2, 3, 3, green);
     });
+    EXPECT_EQ(renderer.getCounters().runs, 2u);
+    stage.expect(44, 4, greenPixel);
+    stage.expect(87, 3, greenPixel);
+    for (int i = 0; i < 9; ++i)  // columns run downwards, rows to the left
+        stage.expect(80 - 8 * (i / 3), 6 + 8 * (i % 3), TestPictures::cellColour(i % 3, i / 3));
     stage.expect(40, 29, redPixel);
     stage.expect(50, 27, redPixel);
     stage.expect(39, 29, blackPixel);
     stage.expect(40, 30, blackPixel);
     stage.expect(52, 18, blackPixel);  // outside the turned edge, inside the clip
+    renderer.getTextureManager()->releaseTexture(texture);
 }
 
-TEST_P(ContractQuads, NineCellsTakeNineColoursByIndexAndMeetWithoutSeam) {
+TEST_P(ContractQuads, NineCellsTakeNineColoursByIndexAndMeetWithoutSeamAtAnyScale) {
     vtxTexture* texture = renderer.getTextureManager()->getTexture(TestPictures::cells(), Rect(), nullptr);
     ASSERT_NE(texture, nullptr);
-    for (float scale : {1.0f, 1.5f, 2.0f}) {
-        renderer.setScale(scale);
-        vtxShaderBkgQuads cells;
-        cells.setTexture(texture);
-        float colors[9][4];
-        float const edges[4] = {1, 9, 20, 28};
-        for (int i = 0; i < 9; ++i) {
-            int const column = i % 3, row = i / 3;
-            cells.addQuad({edges[column], edges[row], edges[column + 1] - edges[column], edges[row + 1] - edges[row],
-                           column / 3.0f, row / 3.0f, (column + 1) / 3.0f, (row + 1) / 3.0f});
-            for (float& component : colors[i])
-                component = 1.0f;
-            colors[i][2] = float(i) / 8.0f;
-        }
-        stage.frame([&] {
-            shader.setColors(colors[0], 9);
-            cells.draw(&shader);
-        });
-        auto edge = [&](int i) { return int(std::floor(edges[i] * scale + 0.5f)); };
-        for (int i = 0; i < 9; ++i) {
-            Pixel expected = TestPictures::cellColour(i % 3, i / 3);
-            expected[2] = int(std::lround(expected[2] * i / 8.0));
-            // Corners and middle of each cell: neither the neighbour's texels nor the ground show.
-            int const left = edge(i % 3), right = edge(i % 3 + 1), top = edge(i / 3), bottom = edge(i / 3 + 1);
-            for (int y : {top, (top + bottom) / 2, bottom - 1}) {
-                for (int x : {left, (left + right) / 2, right - 1})
-                    stage.expect(x, y, expected, 1);
+    vtxShaderBkgQuads cells;
+    cells.setTexture(texture);
+    float colors[9][4];
+    float const edges[4] = {1, 9, 20, 28};
+    for (int i = 0; i < 9; ++i) {
+        int const column = i % 3, row = i / 3;
+        cells.addQuad({edges[column], edges[row], edges[column + 1] - edges[column], edges[row + 1] - edges[row],
+                       column / 3.0f, row / 3.0f, (column + 1) / 3.0f, (row + 1) / 3.0f});
+        std::fill_n(colors[i], 4, 1.0f);
+        colors[i][2] = float(i) / 8.0f;
+    }
+    shader.setColors(colors[0], 9);
+    for (float scale : {0.75f, 1.0f, 1.1f, 1.25f, 1.5f, 1.75f, 2.0f}) {
+        for (int offset = 0; offset < 4; ++offset) {
+            renderer.setScale(scale);
+            stage.frame([&] {
+                vtxRenderer::ModelViewMatrixGuard place;
+                place.setTranslate(float(offset), float(offset), 0);
+                cells.draw(&shader);
+            });
+            auto edge = [&](int i) { return int(std::floor((edges[i] + float(offset)) * scale + 0.501f)); };
+            for (int i = 0; i < 9; ++i) {
+                Pixel expected = TestPictures::cellColour(i % 3, i / 3);
+                expected[2] = int(std::lround(expected[2] * i / 8.0));
+                // Corners and middle of each cell: neither the neighbour's texels nor the ground show.
+                int const left = edge(i % 3), right = edge(i % 3 + 1), top = edge(i / 3), bottom = edge(i / 3 + 1);
+                for (int y : {top, (top + bottom) / 2, bottom - 1}) {
+                    for (int x : {left, (left + right) / 2, right - 1})
+                        stage.expect(x, y, expected, 1);
+                }
             }
+            stage.expect(edge(0) - 1, edge(1), blackPixel);
+            EXPECT_EQ(renderer.getCounters().runs, 1u);
         }
-        EXPECT_EQ(renderer.getCounters().runs, 1u);
     }
     renderer.getTextureManager()->releaseTexture(texture);
 }
 
-TEST_P(ContractQuads, SamplersZeroToThreeFilterAsNumbered) {
-    qor::string const path =
-        TestPictures::write("bars.png", 8, 8, [](int x, int) { return x % 2 ? whitePixel : blackPixel; });
-    vtxTexture* texture = renderer.getTextureManager()->getTexture(path, Rect(), nullptr);
-    ASSERT_NE(texture, nullptr);
-    vtxTexture::Rect const twoBars{0.0f, 0.0f, 0.25f, 1.0f}, repeated{1.0f, 0.0f, 1.25f, 1.0f};
-    stage.frame([&] {
-        shader.setUserTextureFiltering(vtxRenderer::SamplerLinear);
-        stage.quad(0, 0, 32, 8, white, texture, twoBars);
-        shader.setUserTextureFiltering(vtxRenderer::SamplerNearest);
-        stage.quad(0, 8, 32, 8, white, texture, twoBars);
-        shader.setUserTextureFiltering(vtxRenderer::SamplerMips);
-        stage.quad(0, 16, 2, 2, white, texture);
-        shader.setUserTextureFiltering(vtxRenderer::SamplerRepeat);
-        stage.quad(0, 24, 32, 8, white, texture, repeated);
-        shader.resetTextureSampler();
-        renderer.setTextureFiltering(vtxRenderer::SamplerNearest);
-        stage.quad(0, 32, 32, 8, white, texture, twoBars);
-        renderer.setTextureFiltering(vtxRenderer::SamplerLinear);
-    });
-    stage.expect(16, 4, {132, 132, 132, 255}, 12);
-    stage.expect(15, 12, blackPixel);
-    stage.expect(16, 12, whitePixel);
-    stage.expect(1, 17, {128, 128, 128, 255}, 4);
-    stage.expect(8, 28, blackPixel, 8);
-    stage.expect(24, 28, whitePixel, 8);
-    stage.expect(15, 36, blackPixel);
-    stage.expect(16, 36, whitePixel);
-    renderer.getTextureManager()->releaseTexture(texture);
+TEST_P(ContractQuads, SamplersZeroToThreeFilterAsNumberedOnAPageAndAlone) {
+    for (int width : {8, 520}) {
+        qor::string name;
+        name.format("bars%d.png", width);
+        auto const bar = [](int x, int) { return x % 2 ? whitePixel : blackPixel; };
+        vtxTexture* texture =
+            renderer.getTextureManager()->getTexture(TestPictures::write(name.c_str(), width, 8, bar), Rect(), nullptr);
+        ASSERT_NE(texture, nullptr);
+        float const two = 2.0f / float(width);
+        vtxTexture::Rect const twoBars{0.0f, 0.0f, two, 1.0f}, repeated{1.0f, 0.0f, 1.0f + two, 1.0f};
+        stage.frame([&] {
+            shader.setUserTextureFiltering(vtxRenderer::SamplerLinear);
+            stage.quad(0, 0, 32, 8, white, texture, twoBars);
+            shader.setUserTextureFiltering(vtxRenderer::SamplerNearest);
+            stage.quad(0, 8, 32, 8, white, texture, twoBars);
+            shader.setUserTextureFiltering(vtxRenderer::SamplerMips);
+            stage.quad(0, 16, 2, 2, white, texture);
+            shader.setUserTextureFiltering(vtxRenderer::SamplerRepeat);
+            stage.quad(0, 24, 32, 8, white, texture, repeated);
+            shader.resetTextureSampler();
+            renderer.setTextureFiltering(vtxRenderer::SamplerNearest);
+            stage.quad(0, 32, 32, 8, white, texture, twoBars);
+            renderer.setTextureFiltering(vtxRenderer::SamplerLinear);
+        });
+        stage.expect(16, 4, {132, 132, 132, 255}, 12);
+        stage.expect(15, 12, blackPixel);
+        stage.expect(16, 12, whitePixel);
+        stage.expect(1, 17, {128, 128, 128, 255}, 4);
+        stage.expect(8, 28, blackPixel, 8);
+        stage.expect(24, 28, whitePixel, 8);
+        stage.expect(15, 36, blackPixel);
+        stage.expect(16, 36, whitePixel);
+        renderer.getTextureManager()->releaseTexture(texture);
+    }
 }
 
 TEST_P(ContractQuads, NeighboursOfOneFileShareItsImageAndDoNotBleed) {
     vtxTextureManager& manager = *renderer.getTextureManager();
-    vtxTexture* cells[9];
-    for (int i = 0; i < 9; ++i) {
-        int const x = i % 3 * 8, y = i / 3 * 8;
-        cells[i] = manager.getTexture(TestPictures::cells(), Rect(x, y, x + 8, y + 8), nullptr);
-        ASSERT_NE(cells[i], nullptr);
-        EXPECT_EQ(cells[i]->width, 24);
-        EXPECT_EQ(cells[i]->rect.x1, float(x));
-    }
-    stage.frame([&] {
-        for (int i = 0; i < 9; ++i) {
-            vtxTexture::Rect const& rect = cells[i]->rect;
-            stage.quad(float(i % 3 * 21), float(i / 3 * 21), 21, 21, white, cells[i],
-                       {rect.x1 / 24, rect.y1 / 24, rect.x2 / 24, rect.y2 / 24});
+    for (auto filtering : {vtxRenderer::SamplerNearest, vtxRenderer::SamplerLinear}) {
+        renderer.setTextureFiltering(filtering);
+        vtxTexture* cells[9];
+        stage.frame([&] {
+            for (int i = 0; i < 9; ++i) {
+                int const x = i % 3 * 8, y = i / 3 * 8;
+                cells[i] = manager.getTexture(TestPictures::cells(), Rect(x, y, x + 8, y + 8), nullptr);
+                vtxTexture::Rect const& rect = cells[i]->rect;
+                stage.quad(float(i % 3 * 21), float(i / 3 * 21), 21, 21, white, cells[i],
+                           {rect.x1 / 24, rect.y1 / 24, rect.x2 / 24, rect.y2 / 24});
+            }
+        });
+        for (int y = 0; y < 63; ++y) {
+            for (int x = 0; x < 63; ++x)
+                stage.expect(x, y, TestPictures::cellColour(x / 21, y / 21), 0);
         }
-    });
-    for (int y = 0; y < 63; ++y) {
-        for (int x = 0; x < 63; ++x)
-            stage.expect(x, y, TestPictures::cellColour(x / 21, y / 21), 0);
+        EXPECT_EQ(renderer.getCounters().runs, 1u);
+        for (vtxTexture* cell : cells)
+            manager.releaseTexture(cell);
     }
-    EXPECT_EQ(renderer.getCounters().runs, 1u);
-    for (vtxTexture* cell : cells)
-        manager.releaseTexture(cell);
-    manager.flushReleased();
 }
 
 TEST_P(ContractQuads, ViewportAndProjectionPlaceWhatFollows) {
@@ -209,45 +233,41 @@ TEST_P(ContractQuads, ViewportAndProjectionPlaceWhatFollows) {
     EXPECT_EQ(renderer.getCounters().runs, 3u);
 }
 
-TEST_P(ContractQuads, GammaAndIntensityHoldUntilChanged) {
+TEST_P(ContractQuads, GammaAndIntensityWorkOnStraightColourUntilChanged) {
     stage.frame([&] {
         shader.setGamma(2.0f);
         shader.setIntensity(0.5f);
         stage.quad(0, 0, 8, 8, osg::Vec4f(0.25f, 1.0f, 0.0f, 1.0f));
+        stage.quad(16, 0, 8, 8, osg::Vec4f(0.25f, 0.25f, 1.0f, 0.5f));
         shader.setGamma(1.0f);
         shader.setIntensity(1.0f);
         stage.quad(8, 0, 8, 8, osg::Vec4f(0.25f, 1.0f, 0.0f, 1.0f));
     });
     stage.expect(4, 4, {64, 128, 0, 255});
+    stage.expect(20, 4, {32, 32, 64, 255});
     stage.expect(12, 4, {64, 255, 0, 255});
     EXPECT_EQ(renderer.getCounters().runs, 2u);
 }
 
 TEST_P(ContractQuads, TechniquesNestAndEachDraws) {
-    EXPECT_EQ(renderer.getTechnique(), vtxRenderer::TechniqueNone);
-    {
-        vtxRenderer::ShaderTechniqueGuard effect(vtxRenderer::TechniqueNone);
-        EXPECT_EQ(renderer.getTechnique(), vtxRenderer::TechniqueNone);
-    }
+    { vtxRenderer::ShaderTechniqueGuard outside(vtxRenderer::TechniqueNone); }
     stage.frame([&] {
-        EXPECT_EQ(renderer.getTechnique(), vtxRenderer::TechniqueNormal);
-        stage.quad(0, 0, 8, 8, red);
-        int x = 8;
+        float x = 0;
         for (auto technique :
              {vtxRenderer::TechniqueTarget, vtxRenderer::TechniqueTargetVR, vtxRenderer::TechniqueNone}) {
             vtxRenderer::ShaderTechniqueGuard guard(technique);
             EXPECT_EQ(renderer.getTechnique(), technique);
-            stage.quad(float(x), 0, 8, 8, red);
+            stage.quad(x, 0, 8, 8, red);
             x += 8;
         }
         EXPECT_EQ(renderer.getTechnique(), vtxRenderer::TechniqueNormal);
     });
     EXPECT_EQ(renderer.getTechnique(), vtxRenderer::TechniqueNone);
-    for (int x : {4, 12, 20, 28})
+    for (int x : {4, 12, 20})
         stage.expect(x, 4, redPixel);
 }
 
-TEST_P(ContractQuads, NinthLoneTextureBeginsAnotherRun) {
+TEST_P(ContractQuads, NinthLoneTextureOrSamplerBeginsAnotherRun) {
     qor::vector<vtxTexture*> textures;
     for (int i = 0; i < 9; ++i) {
         char const name[] = {'l', char('0' + i), '.', 'p', 'n', 'g', 0};
@@ -255,38 +275,21 @@ TEST_P(ContractQuads, NinthLoneTextureBeginsAnotherRun) {
         textures.push_back(renderer.getTextureManager()->getTexture(path, Rect(), nullptr));
         ASSERT_NE(textures.back(), nullptr);
     }
-    for (int count : {8, 9}) {
+    for (int ninth : {-1, 8, 0}) {  // none, another texture, the first one with another sampler
         stage.frame([&] {
-            for (int i = 0; i < count; ++i)
+            for (int i = 0; i < 8; ++i)
                 stage.quad(float(i * 10), 0, 10, 10, white, textures[size_t(i)]);
+            if (ninth < 0)
+                return;
+            shader.setUserTextureFiltering(ninth ? vtxRenderer::SamplerLinear : vtxRenderer::SamplerRepeat);
+            stage.quad(80, 0, 10, 10, white, textures[size_t(ninth)]);
+            shader.resetTextureSampler();
         });
-        EXPECT_EQ(renderer.getCounters().runs, count == 8 ? 1u : 2u);
-        for (int i = 0; i < count; ++i)
+        EXPECT_EQ(renderer.getCounters().runs, ninth < 0 ? 1u : 2u);
+        for (int i = 0; i < 8; ++i)
             stage.expect(i * 10 + 5, 5, {25 * i, 0, 9, 255}, 1);
+        stage.expect(85, 5, ninth < 0 ? blackPixel : Pixel{25 * ninth, 0, 9, 255}, 1);
     }
     for (vtxTexture* texture : textures)
         renderer.getTextureManager()->releaseTexture(texture);
-}
-
-TEST_P(ContractQuads, MisuseGivesOneLineEachAndTheRestIsDrawn) {
-    support::LogCapture lines;
-    stage.quad(0, 0, 8, 8, red);
-    renderer.popClipRect();
-    renderer.endDraw();
-    stage.frame([&] {
-        stage.quad(NAN, 0, 8, 8, red);
-        stage.quad(INFINITY, 0, 8, 8, red);
-        stage.quad(8, 0, 8, 8, green);
-    });
-    EXPECT_EQ(lines.count("no pass is open"), 1u) << lines.dump();
-    EXPECT_EQ(lines.count("a pop without its push"), 1u);
-    EXPECT_EQ(lines.count("endDraw without beginDraw"), 1u);
-    EXPECT_EQ(lines.count("not finite"), 1u);
-    EXPECT_EQ(lines.getLines().size(), 4u) << lines.dump();
-    stage.expect(4, 4, blackPixel);
-    stage.expect(12, 4, greenPixel);
-    if (stage.log) {
-        EXPECT_EQ(stage.log->getMisuses().size(), 5u) << "the trace counts every case";
-        stage.log->clearMisuses();
-    }
 }

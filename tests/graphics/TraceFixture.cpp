@@ -12,7 +12,7 @@ namespace {
 std::string joinOperations(std::vector<std::string> const& lines) {
     std::string all;
     for (std::string const& line : lines) {
-        if (line.compare(0, 2, "> ") == 0)
+        if (line.starts_with("> "))
             all += (all.empty() ? "" : "; ") + line.substr(2);
     }
     return all;
@@ -21,7 +21,7 @@ std::string joinOperations(std::vector<std::string> const& lines) {
 std::string joinQuads(std::vector<std::string> const& lines) {
     std::string all;
     for (std::string line : lines) {
-        if (line.compare(0, 7, "  quad ") != 0)
+        if (!line.starts_with("  quad "))
             continue;
         line = line.substr(7, line.find(" within") - 7);
         std::size_t const source = line.find(" source");
@@ -54,7 +54,7 @@ void TraceFixture::replaceRenderer() {
     SetUp();
 }
 
-std::vector<std::string> TraceFixture::passLines_(std::function<void()> const& function) {
+std::vector<std::string> TraceFixture::trace_(std::function<void()> const& function) {
     vtxRenderer* const renderer = vtxRenderer::get();
     float const scale = renderer->getScale();
     vtxRenderer::ProjectionMatrixGuard projection;
@@ -67,34 +67,30 @@ std::vector<std::string> TraceFixture::passLines_(std::function<void()> const& f
     std::vector<std::string> lines;
     for (std::size_t i = 0; i < log->getLines().size(); ++i) {
         std::string const line(log->getLines()[i].c_str());
-        if (i < count || line.compare(0, 2, "> ") != 0)
+        if (i < count || !line.starts_with("> "))
             lines.push_back(line);
     }
     return lines;
 }
 
-std::vector<std::string> TraceFixture::trace(std::function<void()> const& function) { return passLines_(function); }
-
-std::string TraceFixture::operations(std::function<void()> const& function) {
-    return joinOperations(passLines_(function));
-}
-
-std::string TraceFixture::quads(std::function<void()> const& function) { return joinQuads(passLines_(function)); }
-
-std::vector<std::string> TraceFixture::traceRecorded(std::function<void(gui::GraphicCommands&)> const& record) {
+std::vector<std::string> TraceFixture::traceRecorded_(std::function<void(gui::GraphicCommands&)> const& record) {
     gui::GraphicCommands list;
     record(list);
-    auto lines = passLines_([&] { host::CommandPlayer::play(list); });
+    auto lines = trace_([&] { host::CommandPlayer::play(list); });
     host::CommandPlayer::release(list);
     return lines;
 }
 
+std::string TraceFixture::operations(std::function<void()> const& function) { return joinOperations(trace_(function)); }
+
+std::string TraceFixture::quads(std::function<void()> const& function) { return joinQuads(trace_(function)); }
+
 std::string TraceFixture::operationsRecorded(std::function<void(gui::GraphicCommands&)> const& record) {
-    return joinOperations(traceRecorded(record));
+    return joinOperations(traceRecorded_(record));
 }
 
 std::string TraceFixture::quadsRecorded(std::function<void(gui::GraphicCommands&)> const& record) {
-    return joinQuads(traceRecorded(record));
+    return joinQuads(traceRecorded_(record));
 }
 
 std::shared_ptr<vtxFrameBuffer> TraceFixture::makeTarget(int width, int height) {

@@ -25,14 +25,12 @@ protected:
     /// Ends the renderer and makes another.
     void replaceRenderer();
 
-    /// Lines of what a function does inside a pass with one unit a scaled pixel, without what opens and closes it.
-    std::vector<std::string> trace(std::function<void()> const& function);
-    /// Of these, the operations of the renderer contract, joined by "; ".
+    /// What a function does inside a pass with one unit a scaled pixel, without what opens and closes it: the
+    /// operations of the renderer contract, joined by "; ".
     std::string operations(std::function<void()> const& function);
-    /// Of these, the quads: place, size and colour, and texture coordinates where there is a texture; one a line.
+    /// The quads: place, size and colour, and texture coordinates where there is a texture; one a line.
     std::string quads(std::function<void()> const& function);
     /// The same for a list that is recorded before the pass, played in it and released after it.
-    std::vector<std::string> traceRecorded(std::function<void(gui::GraphicCommands&)> const& record);
     std::string operationsRecorded(std::function<void(gui::GraphicCommands&)> const& record);
     std::string quadsRecorded(std::function<void(gui::GraphicCommands&)> const& record);
 
@@ -42,5 +40,6 @@ protected:
     std::shared_ptr<vtxTraceLog> log;
 
 private:
-    std::vector<std::string> passLines_(std::function<void()> const& function);
+    std::vector<std::string> trace_(std::function<void()> const& function);
+    std::vector<std::string> traceRecorded_(std::function<void(gui::GraphicCommands&)> const& record);
 };

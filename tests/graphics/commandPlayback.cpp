@@ -35,14 +35,21 @@ vtxShaderQuads makeQuads() {
     return quads;
 }
 
-std::shared_ptr<vtxFont> getFont() {
-    return vtxRenderer::get()->getFontManager()->getFont("assets/fonts/DejaVuSans.ttf", 16, vtxFont::BlurNone);
+vtxTextString makeString(wchar_t const* text, int x = 0, int y = 0) {
+    vtxTextString string;
+    string.font = vtxRenderer::get()->getFontManager()->getFont("assets/fonts/DejaVuSans.ttf", 16, vtxFont::BlurNone);
+    string.text = text;
+    string.color.set(1, 1, 1, 1);
+    string.position.set(x, y);
+    string.redraw(-1.0f);
+    return string;
 }
 
 TEST_F(CommandPlayback, stateStepsReachTheRendererInOrder) {
     vtxRenderer::get()->setScale(2.0f);
     auto const rect = osg::RectImpl<osg::Vec2i>(1, 2, 30, 40);
     EXPECT_EQ(operationsRecorded([&](GraphicCommands& list) {
+                  list.setOpacity(0.75f);
                   GraphicCommandClipRectGuard const clip(&list, rect);
                   GraphicCommandViewportGuard const viewport(&list, rect);
                   GraphicCommandOpacityGuard const opacity(&list, 0.5f);
@@ -51,27 +58,21 @@ TEST_F(CommandPlayback, stateStepsReachTheRendererInOrder) {
                   GraphicCommandShiftPositionGuard const ownScale(&list, 1, 2, 3);
                   list.add(GraphicCommandSetTextureFiltering::fetch()->set(vtxRenderer::SamplerNearest));
               }),
-              "pushClipRect 1 2 30 40; pushViewport 1 2 30 40; setOpacity 0.5; pushTechnique 5; shiftPosition 1 2 2; "
-              "shiftPosition 1 2 3; setTextureFiltering 1; shiftPosition -1 -2 3; shiftPosition -1 -2 2; popTechnique; "
-              "setOpacity 1; popViewport; popClipRect");
+              "setOpacity 0.75; pushClipRect 1 2 30 40; pushViewport 1 2 30 40; setOpacity 0.5;"
+              " pushTechnique 5; shiftPosition 1 2 2; shiftPosition 1 2 3; "
+              "setTextureFiltering 1; shiftPosition -1 -2 3; shiftPosition -1 -2 2; popTechnique; "
+              "setOpacity 0.75; popViewport; popClipRect");
     EXPECT_EQ(operationsRecorded([](GraphicCommands& list) {
+                  list.setOpacity(1.0f);
                   list.add(GraphicCommandSetShaderTechnique::fetch()->set(vtxRenderer::TechniqueNone));
                   list.add(GraphicCommandSetShaderTechnique::fetch()->set(vtxRenderer::TechniqueTarget));
               }),
-              "endDraw; beginDraw 4");
+              "setOpacity 1; endDraw; beginDraw 4");
 }
 
-TEST_F(CommandPlayback, quadsTakeTheirSamplerAndBatch) {
+TEST_F(CommandPlayback, quadsTakeTheirColourAndBatch) {
     vtxShaderQuads const quads = makeQuads();
     osg::Vec4f const color(1, 0.5f, 0, 1);
-    auto const play = [&](int sampler) {
-        return operationsRecorded([&](GraphicCommands& list) { list.drawQuads(quads, color, sampler, -1); });
-    };
-    EXPECT_EQ(play(-1), "turnOnDrawQuads");
-    EXPECT_EQ(play(0), "turnOnDrawQuads; setUserTextureFiltering 0");
-    EXPECT_EQ(play(3), "turnOnDrawQuads; setUserTextureFiltering 3; resetTextureSampler");
-    EXPECT_EQ(play(7), "turnOnDrawQuads; resetTextureSampler");
-
     std::string const first = "at 0 0 size 5 4 color 1 0.5 0 1\n";
     std::string const second = "at 10 0 size 5 4 color 1 0.5 0 1\n";
     EXPECT_EQ(quadsRecorded([&](GraphicCommands& list) { list.drawQuads(quads, color, 0, -1); }), first + second);
@@ -115,10 +116,9 @@ TEST_F(CommandPlayback, shapesAndGeometryTurnQuadsOff) {
 }
 
 TEST_F(CommandPlayback, whatBelongsToARendererThatIsGoneIsNotDrawn) {
-    qor::vector<vtxVertex> vertices(3);
     auto const record = [&](GraphicCommands& list) {
-        list.add(
-            GraphicCommandDrawGeometry::fetch()->set(vertices, {0, 1, 2}, vtxGeometry::PrimitiveTriangles, 1, nullptr));
+        list.add(GraphicCommandDrawGeometry::fetch()->set(qor::vector<vtxVertex>(3), {0, 1, 2},
+                                                          vtxGeometry::PrimitiveTriangles, 1, nullptr));
     };
     operationsRecorded(record);
     GraphicCommands old;
@@ -174,33 +174,8 @@ TEST_F(CommandPlayback, targetsAreFilledBeforeAnythingIsDrawn) {
     EXPECT_EQ(target.use_count(), 1);
 }
 
-TEST_F(CommandPlayback, recordedMatricesEqualDirectOnes) {
+TEST_F(CommandPlayback, matricesMultiplyFromTheLeft) {
     vtxRenderer::get()->setScale(2.0f);
-    vtxShaderQuads const quads = makeQuads();
-    osg::Vec4f const color(1, 1, 1, 1);
-    float const quarter = std::acos(0.0f);
-    auto const direct = trace([&] {
-        vtxRenderer::ProjectionMatrixGuard projection;
-        projection.makeOrtho2D(0, 400, 300, 0);
-        vtxRenderer::ModelViewMatrixGuard outer;
-        outer.setTranslate(10, 20, 0);
-        vtxRenderer::ModelViewMatrixGuard guard;
-        guard.makeTranslate(-5, -5, 0).makeRotate(quarter, 0, 0, -1).setTranslate(105, 55, 0);
-        vtxShader* const shader = vtxRenderer::get()->getShader();
-        shader->setColor(color);
-        shader->turnOnDrawQuads();
-        quads.draw(shader);
-    });
-    auto const recorded = traceRecorded([&](GraphicCommands& list) {
-        GraphicCommandProjectionMatrixGuard projection(&list);
-        projection.makeOrtho2D(0, 400, 300, 0);
-        GraphicCommandModelViewMatrixGuard outer(&list);
-        outer.setTranslate(10, 20, 0);
-        GraphicCommandModelViewMatrixGuard guard(&list);
-        guard.makeTranslate(-5, -5, 0).makeRotate(quarter, 0, 0, -1).setTranslate(105, 55, 0);
-        list.drawQuads(quads, color, -1, -1);
-    });
-    EXPECT_EQ(direct, recorded);
     EXPECT_EQ(operationsRecorded([](GraphicCommands& list) {
                   osg::Matrixf const shift = osg::Matrixf::translate(3, 4, 0);
                   osg::Matrixf const turn(0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
@@ -214,6 +189,24 @@ TEST_F(CommandPlayback, recordedMatricesEqualDirectOnes) {
               "pushModelViewMatrix; setModelViewMatrix 0 1 -1 0 0 0; setModelViewMatrix 0 1 -1 0 -4 3; "
               "setModelViewMatrix 0 1 -1 0 -4 3; setModelViewMatrix 0 1 -1 0 -2 3; setModelViewMatrix 1 0 0 1 0 0; "
               "popModelViewMatrix");
+}
+
+TEST_F(CommandPlayback, aProjectionHoldsUntilItsGuardEnds) {
+    vtxShaderQuads quads;
+    quads.beginBatch(nullptr, 1);
+    quads.addBatchQuad(0.25f, 0, 5, 4, -1);
+    quads.endBatch();
+    std::string const drawn = quadsRecorded([&](GraphicCommands& list) {
+        osg::Vec4f const white(1, 1, 1, 1);
+        {
+            GraphicCommandProjectionMatrixGuard projection(&list);
+            projection.makeOrtho2D(0, 400, 300, 0);
+            list.drawQuads(quads, white, -1, -1);
+        }
+        list.drawQuads(quads, white, -1, -1);
+    });
+    // On whole pixels, of which a unit of the projection has two.
+    EXPECT_EQ(drawn, "at 0.5 0 size 5 4 color 1 1 1 1\nat 0 0 size 5 4 color 1 1 1 1\n");
 }
 
 TEST_F(CommandPlayback, aTurnAboutAPivotKeepsThePivotInPlace) {
@@ -230,13 +223,8 @@ TEST_F(CommandPlayback, aTurnAboutAPivotKeepsThePivotInPlace) {
 }
 
 TEST_F(CommandPlayback, recordedTextIsTheCopyOfWhatWasBuilt) {
-    vtxTextString string;
-    string.font = getFont();
-    ASSERT_TRUE(string.font);
-    string.text = L"Text";
-    string.color.set(1, 0, 0, 1);
+    vtxTextString string = makeString(L"Text", 10, 40);
     string.bkgColor.set(0, 0, 1, 1);
-    string.position.set(10, 40);
     string.redraw(-1.0f);
     vtxTextString const original = string;
     vtxShader* const shader = vtxRenderer::get()->getShader();
@@ -258,35 +246,21 @@ TEST_F(CommandPlayback, recordedTextIsTheCopyOfWhatWasBuilt) {
 }
 
 TEST_F(CommandPlayback, textIsCutAtLineFeedsWithoutDecorationOfEarlierUses) {
-    auto const font = getFont();
-    vtxShader* const shader = vtxRenderer::get()->getShader();
-    osg::Vec4f const white(1, 1, 1, 1);
-    auto const line = [&](wchar_t const* text, int y) {
-        vtxTextString string;
-        string.font = font;
-        string.text = text;
-        string.position.set(0, y);
-        string.redraw(-1.0f);
-        string.draw(shader, white, -1.0f);
-    };
     GraphicCommands decorated;
-    vtxTextString string;
-    string.font = font;
-    string.text = L"x";
-    string.bkgColor.set(1, 0, 0, 1);
-    string.shadowColor.set(1, 0, 0, 1);
-    string.lineThroughColor.set(1, 0, 0, 1);
-    string.redraw(-1.0f);
+    vtxTextString string = makeString(L"x");
+    string.bkgColor = string.shadowColor = string.lineThroughColor = string.color;
     decorated.drawText({&string, &string, &string}, nullptr, -1.0f);
     host::CommandPlayer::release(decorated);
 
     // Moved down, since the first baseline is the top of the screen.
     vtxRenderer::ModelViewMatrixGuard guard;
     guard.setTranslate(0, 100, 0);
+    std::shared_ptr<vtxFont> const font = string.font;
     std::string const expected = quads([&] {
-        line(L"one", 0);
-        line(L"two", 2 * font->getLineHeight());
+        for (vtxTextString const& line : {makeString(L"one"), makeString(L"two", 0, 2 * font->getLineHeight())})
+            line.draw(vtxRenderer::get()->getShader(), -1.0f);
     });
+    osg::Vec4f const white(1, 1, 1, 1);
     EXPECT_EQ(quadsRecorded([&](GraphicCommands& list) { list.drawText(L"one\n\ntwo\n", font, white, -1.0f); }),
               expected);
     EXPECT_EQ(quadsRecorded([&](GraphicCommands& list) { list.drawText(L"one", nullptr, white, -1.0f); }), "");
@@ -296,20 +270,14 @@ TEST_F(CommandPlayback, aListRecordedAgainAllocatesNothing) {
     log->setRecording(false);
     vtxRenderer* const renderer = vtxRenderer::get();
     auto const target = makeTarget(64, 64);
-    auto const font = getFont();
     vtxShaderQuads const quads = makeQuads();
     vtxShaderBkgQuads const bkg;
     float const colors[9 * 4] = {};
     osg::Vec4f const color(1, 1, 1, 1);
     qor::vector<vtxVertex> const vertices(3);
     qor::vector<int> const indices = {0, 1, 2};
-    qor::vector<vtxTextString*> strings;
-    for (int i = 0; i < 6; ++i) {
-        strings.push_back(new vtxTextString);
-        strings.back()->font = font;
-        strings.back()->text = L"a text that is longer than a small string";
-        strings.back()->redraw(-1.0f);
-    }
+    vtxTextString string = makeString(L"a text that is longer than a small string");
+    qor::vector<vtxTextString*> const strings(6, &string);
     GraphicCommands list;
     auto const record = [&] {
         GraphicCommandClipRectGuard const clip(&list, osg::RectImpl<osg::Vec2i>(0, 0, 99, 99));
@@ -323,8 +291,8 @@ TEST_F(CommandPlayback, aListRecordedAgainAllocatesNothing) {
         inner->drawText(strings, &color, -1.0f);
         list.drawToTarget(target, osg::Vec2i(64, 64), inner->getCommands());
         list.drawQuads(quads, color, 0, -1);
-        list.drawText(strings.front(), nullptr, -1.0f);
-        list.drawText(L"some line\nanother line", font, color, -1.0f);
+        list.add(GraphicCommandDrawCircle::fetch()->set(color, 5, 32));
+        list.drawText(L"some line\nanother line", string.font, color, -1.0f);
         list.add(
             GraphicCommandDrawGeometry::fetch()->set(vertices, indices, vtxGeometry::PrimitiveTriangles, 1, nullptr));
         list.drawFunc([renderer] { renderer->setOpacity(0.5f); }, osg::Vec2i(), {});
@@ -342,8 +310,6 @@ TEST_F(CommandPlayback, aListRecordedAgainAllocatesNothing) {
     support::HeapScope const heap;
     runOnce();
     EXPECT_EQ(heap.getAllocations(), 0u);
-    for (vtxTextString* string : strings)
-        delete string;
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 
 #include <osg/Vec2i>
 
+#include <array>
 #include <cstddef>
-#include <string>
 #include <vector>
 
 /// What a PaintDevice has drawn; it outlives the device.
@@ -19,9 +19,8 @@ struct PaintCanvas {
 
     void clear(unsigned char red, unsigned char green, unsigned char blue);
     unsigned char const* at(int x, int y) const { return &pixels[(size_t(y) * size_t(size.x()) + size_t(x)) * 4]; }
-    /// Columns from `first` on in which a pixel differs from the top left one; false if there is none.
-    bool findInk(osg::RectImpl<osg::Vec2i> const& area, osg::RectImpl<osg::Vec2i>& ink) const;
-    void writePng(std::string const& path) const;
+    /// Where pixels differ from the top left one.
+    osg::RectImpl<osg::Vec2i> findInk() const;
 };
 
 /// A back end that paints upright quads into memory, one sample a pixel, so that tests see pixels without a driver.
@@ -61,9 +60,7 @@ private:
         int width = 0, height = 0, channels = 4;
         std::vector<unsigned char> pixels;  ///< layer after layer
     };
-    struct Texel {
-        float r, g, b, a;
-    };
+    using Texel = std::array<float, 4>;
 
     Texel sample_(Texture const& texture, int layer, float u, float v) const;
     void paint_(vtxQuadRun const& run, vtxQuadInstance const& quad);

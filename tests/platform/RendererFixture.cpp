@@ -1,14 +1,14 @@
 #include "tests/platform/RendererFixture.h"
 
+#include "host/PngWriter.h"
 #include "platform/qor/Paths.h"
 
-#include <spng.h>
 #include <turbojpeg.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <memory>
+#include <sstream>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -57,18 +57,13 @@ std::string makePng(int width, int height, std::function<unsigned(int x, int y)>
                 pixels.push_back(static_cast<unsigned char>(color(x, y) >> shift));
         }
     }
-    std::unique_ptr<spng_ctx, void (*)(spng_ctx*)> const context(spng_ctx_new(SPNG_CTX_ENCODER), spng_ctx_free);
-    spng_ihdr header{
-        static_cast<unsigned>(width), static_cast<unsigned>(height), 8, SPNG_COLOR_TYPE_TRUECOLOR_ALPHA, 0, 0, 0};
-    spng_set_option(context.get(), SPNG_ENCODE_TO_BUFFER, 1);
-    spng_set_ihdr(context.get(), &header);
-    spng_encode_image(context.get(), pixels.data(), pixels.size(), SPNG_FMT_PNG, SPNG_ENCODE_FINALIZE);
-    size_t size = 0;
-    int error = 0;
-    void* const bytes = spng_get_png_buffer(context.get(), &size, &error);
-    std::string result(static_cast<char const*>(bytes), size);
-    std::free(bytes);
-    return result;
+    fs::path const path = fs::temp_directory_path() / ("vtx_fixture_" + std::to_string(getpid()) + ".png");
+    qor::string error;
+    EXPECT_TRUE(host::writePng(path.c_str(), osg::Vec2i(width, height), pixels.data(), error)) << error;
+    std::stringstream bytes;
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
+    fs::remove(path);
+    return bytes.str();
 }
 
 std::string makePng(int width, int height, unsigned color) {

@@ -133,16 +133,6 @@ TEST_F(Pictures, APageEndsWithItsLastPictureAndItsLayerIsUsedAgain) {
     }
 }
 
-TEST_F(Pictures, LargePicturesStandAlone) {
-    write("large.png", makePng(513, 4, 0x00FF00FFu));
-    vtxTexture* const large = get("large.png");
-    EXPECT_EQ(library().getPageCount(), 0);
-    paint([&] { show(large, 0, 0); });
-    EXPECT_EQ(colorAt(512, 3), 0x00FF00u);
-    ASSERT_EQ(canvas.quads.size(), 1u);
-    EXPECT_GE(canvas.quads[0].source, vtxQuadSource::Lone);
-}
-
 TEST_F(Pictures, TheDoubledFileIsShownAboveItsScaleAndChangesNoMeasure) {
     write("x.png", makePng(20, 10, 0xFF0000FFu));
     write("x@2x.png", makePng(40, 20, [](int x, int) { return x % 2 ? 0x00FF00FFu : 0x0000FFFFu; }));

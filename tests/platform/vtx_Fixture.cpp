@@ -1,6 +1,12 @@
 #include "tests/platform/vtx_Fixture.h"
 
+#include "tests/platform/RendererFixture.h"
+
+#include <unistd.h>
+
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 
 namespace support {
 
@@ -11,10 +17,6 @@ RendererTest::RendererTest() {
 }
 
 RendererTest::~RendererTest() {
-    for (auto const& picture : pictures_)
-        removePicture(*picture);
-    if (pictureLayer_ >= 0)
-        core().getTextureStore().removePage(vtxTextureStore::Pages::Picture, pictureLayer_);
     vtxRenderer::destroy();
     for (qor::string const& misuse : log_->getMisuses())
         ADD_FAILURE() << misuse;
@@ -31,40 +33,13 @@ RendererTest::Frame::Frame(vtxRenderer& renderer, Rect const& viewport) : render
 
 RendererTest::Frame::~Frame() { renderer_.endDraw(); }
 
-RendererTest::Picture& RendererTest::addPicture(osg::Vec2i const& size, vtxImagePlace place, osg::Vec2i const& origin) {
-    vtxTextureStore& store = core().getTextureStore();
-    Picture& picture = *pictures_.emplace_back(std::make_unique<Picture>());
-    picture.image = std::make_unique<vtxTextureImage>();
-    vtxTextureImage& image = *picture.image;
-    image.place = place;
-    image.size = size;
-    image.origin = origin;
-    if (place != vtxImagePlace::GlyphPage)
-        image.pixels.assign(static_cast<std::size_t>(size.x()) * static_cast<std::size_t>(size.y()) * 4, 255);
-    if (place != vtxImagePlace::Alone) {
-        auto const pages =
-            place == vtxImagePlace::GlyphPage ? vtxTextureStore::Pages::Glyph : vtxTextureStore::Pages::Picture;
-        int& layer = place == vtxImagePlace::GlyphPage ? glyphLayer_ : pictureLayer_;
-        if (layer < 0)
-            layer = store.addPage(pages);
-        image.layer = layer;
-        qor::vector<unsigned char> const pixels(static_cast<std::size_t>(size.x() * size.y() * 4), 255);
-        store.queueUpload(pages, layer, Rect(origin.x(), origin.y(), origin.x() + size.x(), origin.y() + size.y()),
-                          pixels.data());
-    }
-    picture.texture = std::make_unique<vtxTextureRecord>(image);
-    picture.texture->width = size.x();
-    picture.texture->height = size.y();
-    store.addTexture(*picture.texture);
-    return picture;
-}
-
-void RendererTest::removePicture(Picture& picture) {
-    if (!picture.texture)
-        return;
-    core().getTextureStore().removeTexture(*picture.texture);
-    core().getTextureStore().retireImage(std::move(picture.image));
-    picture.texture.reset();
+vtxTexture* RendererTest::getPicture(bool alone) {
+    std::string const name = "vtx_picture_" + std::to_string(getpid()) + "_" + std::to_string(++pictureCount_) + ".png";
+    std::filesystem::path const path = std::filesystem::temp_directory_path() / name;
+    std::ofstream(path, std::ios::binary) << makePng(alone ? 520 : 16, 16, 0xFFFFFFFFu);
+    vtxTexture* const texture = renderer_->getTextureManager()->getTexture(path.c_str(), Rect(), nullptr);
+    std::filesystem::remove(path);
+    return texture;
 }
 
 void RendererTest::drawQuad(double x, double y, double w, double h, vtxTexture const* texture) {
@@ -74,10 +49,8 @@ void RendererTest::drawQuad(double x, double y, double w, double h, vtxTexture c
 void RendererTest::drawPart(double const (&rect)[4], double const (&uv)[4], vtxTexture const* texture) {
     vtxShaderQuads quads;
     quads.beginBatch(texture, 1);
-    quads.addBatchQuad(static_cast<float>(rect[0]), static_cast<float>(rect[1]), static_cast<float>(rect[2]),
-                       static_cast<float>(rect[3]), -1.0f);
-    quads.addBatchTexCoords(static_cast<float>(uv[0]), static_cast<float>(uv[1]), static_cast<float>(uv[2]),
-                            static_cast<float>(uv[3]));
+    quads.addBatchQuad(float(rect[0]), float(rect[1]), float(rect[2]), float(rect[3]), -1.0f);
+    quads.addBatchTexCoords(float(uv[0]), float(uv[1]), float(uv[2]), float(uv[3]));
     quads.endBatch();
     quads.draw(&shader());
 }

@@ -45,13 +45,8 @@ protected:
         vtxRenderer::ModelViewMatrixGuard modelView_;
     };
 
-    /// A picture of the store's own making.
-    struct Picture {
-        std::unique_ptr<vtxTextureImage> image;
-        std::unique_ptr<vtxTextureRecord> texture;
-    };
-    Picture& addPicture(osg::Vec2i const& size, vtxImagePlace place, osg::Vec2i const& origin = osg::Vec2i(0, 0));
-    void removePicture(Picture& picture);
+    /// A picture of 16 x 16 on a page, or one of 520 x 16 that stands alone; another one with each call.
+    vtxTexture* getPicture(bool alone = false);
 
     void drawQuad(double x, double y, double w, double h, vtxTexture const* texture = nullptr);
     void drawPart(double const (&rect)[4], double const (&uv)[4], vtxTexture const* texture);
@@ -63,9 +58,7 @@ protected:
 
     std::shared_ptr<vtxTraceLog> log_;
     vtxRenderer* renderer_ = nullptr;
-    std::vector<std::unique_ptr<Picture>> pictures_;
-    int pictureLayer_ = -1;
-    int glyphLayer_ = -1;
+    int pictureCount_ = 0;
 };
 
 }  // namespace support

@@ -2,6 +2,7 @@
 
 #include "platform/vtx/vtxEffectShader.h"
 #include "platform/vtx/vtxFrameBuffer.h"
+#include "platform/vtx/vtxPictureLibrary.h"
 #include "tests/support/LogCapture.h"
 
 #include <functional>
@@ -18,8 +19,10 @@ protected:
 };
 
 TEST_F(Misuse, isReportedEachTimeAndLoggedOnce) {
-    Picture& gone = addPicture({8, 8}, vtxImagePlace::Alone);
-    auto const texture = std::make_unique<vtxTextureRecord>(*gone.image);
+    vtxTexture* const gone = getPicture();
+    renderer_->getTextureManager()->releaseTexture(gone);
+    for (unsigned i = 0; i < vtxPictureLibrary::idleFlushes + 2; ++i)
+        renderer_->getTextureManager()->flushReleased();
     std::unique_ptr<vtxFrameBuffer> const target(renderer_->createFrameBuffer(osg::Vec2i(8, 8), 0, 1));
     target->renderToTarget([] {});
     std::unique_ptr<vtxGeometry> const broken(renderer_->createGeometry({{}, {}}, {0, 1, 2}));
@@ -71,7 +74,7 @@ TEST_F(Misuse, isReportedEachTimeAndLoggedOnce) {
         {"after it was released",
          [&] {
              Frame const frame(*renderer_);
-             drawQuad(0, 0, 5, 5, texture.get());
+             drawQuad(0, 0, 5, 5, gone);
          }},
         {"drawn into itself", [&] { target->renderToTarget([&] { target->renderToTarget([] {}); }); }},
         {"drawn into itself",
@@ -85,6 +88,8 @@ TEST_F(Misuse, isReportedEachTimeAndLoggedOnce) {
          [&] {
              Frame const frame(*renderer_);
              drawQuad(nan_, 0, 5, 5);
+             drawQuad(std::numeric_limits<double>::infinity(), 0, 5, 5);
+             EXPECT_EQ(log_->getMisuses().size(), 2u);
          }},
         {"not finite", [&] { renderer_->setModelViewMatrix(osg::Matrixf::translate(nan_, 0, 0)); }},
         {"not finite", [&] { drawTriangle(infinite.get()); }},
@@ -108,28 +113,23 @@ TEST_F(Misuse, isReportedEachTimeAndLoggedOnce) {
     EXPECT_EQ(renderer_->getTechnique(), vtxRenderer::TechniqueNone);
 }
 
-TEST_F(Misuse, ofAnEffectsPassIsReported) {
-    vtxEffectShader* effect = renderer_->createEffectShader("tests/platform/vtx_effect.fx");
-    ASSERT_NE(effect, nullptr);
-    effect->drawEffect(vtxGeometry::PrimitiveTriangles, 1, 0);
-    EXPECT_TRUE(takeMisuse("belong together"));
-    effect->endPass();
-    EXPECT_TRUE(takeMisuse("belong together"));
-}
-
-TEST_F(Misuse, ofAnEffectsMatricesIsReportedAndNothingIsDrawn) {
+TEST_F(Misuse, ofAnEffectIsReportedAndNothingIsDrawn) {
     vtxEffectShader* effect = renderer_->createEffectShader("tests/platform/vtx_effect.fx");
     ASSERT_NE(effect, nullptr);
     std::unique_ptr<vtxGeometry> const geometry(renderer_->createGeometry({{}, {}, {}}, {0, 1, 2}));
+    effect->setGeometry(geometry.get());
+    auto const drawBadly = [&](osg::Matrixf const& projection, osg::Matrixf const& modelView, char const* text) {
+        effect->setMatrices(projection, modelView);
+        effect->drawEffect(vtxGeometry::PrimitiveTriangles, 1, 0);
+        EXPECT_TRUE(takeMisuse(text));
+    };
+    drawBadly({}, {}, "belong together");
+    effect->endPass();
+    EXPECT_TRUE(takeMisuse("belong together"));
     Frame const frame(*renderer_);
     effect->beginPass();
-    effect->setGeometry(geometry.get());
-    effect->setMatrices(osg::Matrixf::translate(nan_, 0, 0), osg::Matrixf());
-    effect->drawEffect(vtxGeometry::PrimitiveTriangles, 1, 0);
-    EXPECT_TRUE(takeMisuse("not finite"));
-    effect->setMatrices(osg::Matrixf(), osg::Matrixf::scale(1, nan_, 1));
-    effect->drawEffect(vtxGeometry::PrimitiveTriangles, 1, 0);
-    EXPECT_TRUE(takeMisuse("not finite"));
+    drawBadly(osg::Matrixf::translate(nan_, 0, 0), {}, "not finite");
+    drawBadly({}, osg::Matrixf::scale(1, nan_, 1), "not finite");
     effect->endPass();
     EXPECT_EQ(countLines("drawEffect E"), 0);
 }

@@ -2,8 +2,7 @@
 
 #include "platform/vtx/vtxFontManager.h"
 #include "platform/vtx/vtxFrameBuffer.h"
-#include "platform/vtx/vtxTextureManager.h"
-#include "tests/support/HeapScope.h"
+#include "platform/vtx/vtxTextString.h"
 
 #include <functional>
 
@@ -29,12 +28,15 @@ protected:
 };
 
 TEST_F(Runs, goOnThroughEverythingThatOnlyConcernsQuads) {
-    Picture const& paged = addPicture({16, 16}, vtxImagePlace::PicturePage);
-    Picture const& glyphs =
-        addPicture({vtxTextureStore::glyphPageSide, vtxTextureStore::glyphPageSide}, vtxImagePlace::GlyphPage);
-    std::vector<Picture*> alone;
+    vtxTexture const* const paged = getPicture();
+    std::vector<vtxTexture*> alone;
     for (int i = 0; i < 8; ++i)
-        alone.push_back(&addPicture({8, 8}, vtxImagePlace::Alone));
+        alone.push_back(getPicture(true));
+    vtxTextString glyphs;
+    glyphs.font = renderer_->getFontManager()->getFont("assets/fonts/Inter-Regular.otf", 14, vtxFont::BlurNone);
+    glyphs.text = L"glyphs";
+    glyphs.color = osg::Vec4f(1, 1, 1, 1);
+    glyphs.redraw(-1.0f);
     EXPECT_EQ(countRuns([&] {
                   vtxRenderer::ClipRectGuard const clip(Rect(0, 0, 50, 50));
                   drawQuad(5.0, 5.0, 100.0, 100.0);
@@ -42,13 +44,13 @@ TEST_F(Runs, goOnThroughEverythingThatOnlyConcernsQuads) {
                   move.setTranslate(3.0f, 3.0f, 0.0f);
                   shader().setColor(osg::Vec4f(1, 0, 0, 1));
                   vtxRenderer::OpacityGuard const half(0.5f);
-                  drawQuad(5.0, 5.0, 5.0, 5.0, paged.texture.get());
+                  drawQuad(5.0, 5.0, 5.0, 5.0, paged);
                   shader().setUserTextureFiltering(vtxRenderer::SamplerNearest);
-                  drawQuad(5.0, 5.0, 5.0, 5.0, paged.texture.get());
-                  drawQuad(5.0, 5.0, 5.0, 5.0, glyphs.texture.get());
+                  drawQuad(5.0, 5.0, 5.0, 5.0, paged);
+                  glyphs.draw(&shader(), -1.0f);
                   shader().resetTextureSampler();
-                  for (Picture* picture : alone)
-                      drawQuad(5.0, 5.0, 5.0, 5.0, picture->texture.get());
+                  for (vtxTexture const* picture : alone)
+                      drawQuad(5.0, 5.0, 5.0, 5.0, picture);
                   shader().turnOffDrawQuads();
                   shader().turnOnDrawQuads();
                   move.makeRotate(0.2f, 0.0f, 0.0f, 1.0f).setTranslate(10.0f, 10.0f, 0.0f);
@@ -109,131 +111,54 @@ TEST_F(Runs, endWhereTheirStateChangesAndNowhereElse) {
               3u);
 }
 
-TEST_F(Runs, endAtTheNinthLoneTexture) {
-    std::vector<Picture*> pictures;
-    for (int i = 0; i < 9; ++i)
-        pictures.push_back(&addPicture({8, 8}, vtxImagePlace::Alone));
-    {
-        Frame const frame(*renderer_);
-        for (Picture* picture : pictures)
-            drawQuad(0.0, 0.0, 8.0, 8.0, picture->texture.get());
-        drawQuad(0.0, 0.0, 8.0, 8.0, pictures[8]->texture.get());
-    }
-    EXPECT_EQ(log_->getCounters().runs, 2u);
-    // Another sampler of the same texture takes a place of its own.
-    log_->takeFrame();
-    {
-        Frame const frame(*renderer_);
-        for (int i = 0; i < 8; ++i)
-            drawQuad(0.0, 0.0, 8.0, 8.0, pictures[static_cast<std::size_t>(i)]->texture.get());
-        shader().setUserTextureFiltering(vtxRenderer::SamplerRepeat);
-        drawQuad(0.0, 0.0, 8.0, 8.0, pictures[0]->texture.get());
-        shader().resetTextureSampler();
-    }
-    EXPECT_EQ(log_->getCounters().runs, 2u);
-}
-
 TEST_F(Runs, endAtAnUploadIntoAPageThatTheyShow) {
-    Picture const& first = addPicture({16, 16}, vtxImagePlace::PicturePage);
+    vtxTexture const* const first = getPicture();
     {
         Frame const frame(*renderer_);
-        drawQuad(0.0, 0.0, 16.0, 16.0, first.texture.get());
-        Picture const& second = addPicture({16, 16}, vtxImagePlace::PicturePage, {20, 0});
+        drawQuad(0.0, 0.0, 16.0, 16.0, first);
+        vtxTexture const* const second = getPicture();
         EXPECT_EQ(log_->getCounters().runs, 0u);
-        drawQuad(20.0, 0.0, 16.0, 16.0, second.texture.get());
+        drawQuad(20.0, 0.0, 16.0, 16.0, second);
         EXPECT_EQ(log_->getCounters().runs, 1u);
         int const layer = core().getTextureStore().addPage(vtxTextureStore::Pages::Picture);
         qor::vector<unsigned char> const pixels(16, 255);
         core().getTextureStore().queueUpload(vtxTextureStore::Pages::Picture, layer, Rect(0, 0, 2, 2), pixels.data());
-        drawQuad(40.0, 0.0, 16.0, 16.0, second.texture.get());
+        drawQuad(40.0, 0.0, 16.0, 16.0, second);
         EXPECT_EQ(log_->getCounters().runs, 1u) << "a page that no queued quad shows";
         EXPECT_EQ(countLines("resizeTextureArray"), 1);
+        renderer_->drawCircle(osg::Vec4f(1, 1, 1, 1), 10.0f, 32);
+        EXPECT_EQ(renderer_->getCounters().uploads, 4u) << "three pictures and the circle";
     }
     EXPECT_EQ(log_->getCounters().runs, 2u);
 }
 
 TEST_F(Runs, takeAPictureAloneWhereItsPageWillNotDo) {
-    Picture const& picture = addPicture({16, 16}, vtxImagePlace::PicturePage, {100, 200});
+    getPicture();
+    vtxTexture const* const picture = getPicture();
     {
         Frame const frame(*renderer_);
-        drawPart({0, 0, 16, 16}, {0, 0, 1, 1}, picture.texture.get());
+        drawPart({0, 0, 16, 16}, {0, 0, 1, 1}, picture);
         EXPECT_EQ(countLines("createTexture"), 1);
-        drawPart({20, 0, 16, 16}, {-1, 0, 2, 1}, picture.texture.get());
-        drawPart({40, 0, 16, 16}, {0, 0, 1, 1}, picture.texture.get());
+        drawPart({20, 0, 16, 16}, {-1, 0, 2, 1}, picture);
+        drawPart({40, 0, 16, 16}, {0, 0, 1, 1}, picture);
         shader().setUserTextureFiltering(vtxRenderer::SamplerRepeat);
-        drawPart({60, 0, 16, 16}, {0, 0, 3, 3}, picture.texture.get());
+        drawPart({60, 0, 16, 16}, {0, 0, 3, 3}, picture);
         shader().resetTextureSampler();
-        drawPart({80, 0, 16, 16}, {0, 0, 1, 1}, picture.texture.get());
+        drawPart({80, 0, 16, 16}, {0, 0, 1, 1}, picture);
     }
     auto const quads = getQuads();
     ASSERT_EQ(quads.size(), 5u);
     double const side = vtxTextureStore::picturePageSide;
     EXPECT_EQ(quads[0].source, int(vtxQuadSource::PictureLinear));
-    EXPECT_NEAR(quads[0].u1, 100.0 / side, 1e-4);
-    EXPECT_NEAR(quads[0].v2, 216.0 / side, 1e-4);
+    EXPECT_GT(quads[0].u1, 16.0 / side) << "beside the other one";
+    EXPECT_NEAR(quads[0].u2 - quads[0].u1, 16.0 / side, 1e-4);
+    EXPECT_NEAR(quads[0].v2 - quads[0].v1, 16.0 / side, 1e-4);
     EXPECT_EQ(quads[1].source, int(vtxQuadSource::Lone));
     EXPECT_EQ(quads[1].u1, -1.0);
     EXPECT_EQ(quads[2].source, int(vtxQuadSource::PictureLinear));
     EXPECT_EQ(quads[3].source, int(vtxQuadSource::Lone + 1));
     EXPECT_EQ(quads[4].source, int(vtxQuadSource::PictureLinear));
     EXPECT_EQ(countLines("createTexture"), 2) << "made once";
-}
-
-TEST_F(Runs, aSteadyFrameAllocatesNothing) {
-    Picture const& paged = addPicture({16, 16}, vtxImagePlace::PicturePage);
-    Picture const& alone = addPicture({16, 16}, vtxImagePlace::Alone);
-    std::unique_ptr<vtxFrameBuffer> const target(renderer_->createFrameBuffer(osg::Vec2i(60, 40), 0, 1));
-    vtxShaderQuads quads;
-    quads.beginBatch(paged.texture.get(), 0);
-    for (int i = 0; i < 500; ++i)
-        quads.addBatchQuad(float(i % 20), float(i / 20), 10.0f, 10.0f, -1.0f);
-    quads.endBatch();
-    quads.beginBatch(alone.texture.get(), 0);
-    quads.addBatchQuad(0.0f, 0.0f, 10.0f, 10.0f, -1.0f);
-    quads.endBatch();
-    std::function<void()> const drawInTarget = [&] {
-        vtxRenderer::ShaderTechniqueGuard const technique(vtxRenderer::TechniqueTarget);
-        vtxRenderer::ClipRectGuard const clip(Rect(0, 0, 60, 40));
-        quads.draw(&shader());
-    };
-    std::function<void()> const frame = [&] {
-        renderer_->getFontManager()->doRedraw();
-        target->renderToTarget(drawInTarget);
-        renderer_->getTextureManager()->flushReleased();
-        Frame const pass(*renderer_);
-        quads.draw(&shader());
-        vtxRenderer::ClipRectGuard const clip(Rect(0, 0, 30, 30));
-        renderer_->drawCircle(osg::Vec4f(1, 1, 1, 1), 10.0f, 32);
-        drawInTarget();
-    };
-    log_->setRecording(false);
-    for (int i = 0; i < 3; ++i)
-        frame();
-    support::HeapScope const heap;
-    for (int i = 0; i < 100; ++i)
-        frame();
-    EXPECT_EQ(heap.getAllocations(), 0u);
-}
-
-TEST_F(Runs, countersTellWhatAFrameCost) {
-    Picture const& paged = addPicture({16, 16}, vtxImagePlace::PicturePage);
-    std::unique_ptr<vtxFrameBuffer> const target(renderer_->createFrameBuffer(osg::Vec2i(10, 10), 0, 1));
-    renderer_->resetCounters();
-    target->renderToTarget([] {});
-    {
-        Frame const frame(*renderer_);
-        drawQuad(0.0, 0.0, 5.0, 5.0, paged.texture.get());
-        drawQuad(500.0, 0.0, 5.0, 5.0);
-        renderer_->drawCircle(osg::Vec4f(1, 1, 1, 1), 10.0f, 32);
-        drawQuad(0.0, 0.0, 5.0, 5.0, target->getTexture());
-    }
-    vtxRenderer::Counters const counters = renderer_->getCounters();
-    EXPECT_EQ(counters.runs, 2u);
-    EXPECT_EQ(counters.quads, 2u);
-    EXPECT_EQ(counters.geometryDraws, 1u);
-    EXPECT_EQ(counters.targets, 1u);
-    EXPECT_EQ(counters.uploads, 2u) << "the picture and the circle";
-    EXPECT_EQ(log_->getCounters().uploads, counters.uploads);
 }
 
 }  // namespace

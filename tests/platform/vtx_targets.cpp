@@ -1,6 +1,5 @@
 #include "tests/platform/vtx_Fixture.h"
 
-#include "platform/vtx/vtxEffectShader.h"
 #include "platform/vtx/vtxFrameBuffer.h"
 #include "platform/vtx/vtxTextureManager.h"
 #include "tests/support/LogCapture.h"
@@ -10,7 +9,6 @@
 namespace {
 
 using support::Rect;
-using support::TracedQuad;
 
 class Targets : public support::RendererTest {
 protected:
@@ -82,29 +80,6 @@ TEST_F(Targets, startCleanAndPutBackWhatTheyFound) {
     renderer_->popTechnique();
     shader().setGamma(1.0f);
     shader().setIntensity(1.0f);
-}
-
-TEST_F(Targets, nestAndComeBackToTheOuterOne) {
-    Target const outer = make(40, 30);
-    Target const inner = make(20, 10);
-    render(*outer, [&] {
-        drawQuad(0.0, 0.0, 5.0, 5.0);
-        render(*inner, [&] { drawQuad(0.0, 0.0, 100.0, 100.0); });
-        drawQuad(10.0, 0.0, 100.0, 100.0, inner->getTexture());
-    });
-    auto const quads = getQuads();
-    ASSERT_EQ(quads.size(), 3u);
-    EXPECT_EQ(quads[1].w, 20.0);
-    EXPECT_EQ(quads[2].w, 30.0);
-    EXPECT_EQ(countLines("openPass"), 1);
-    std::vector<std::string> bound;
-    for (qor::string const& line : log_->getLines()) {
-        if (line.starts_with("bindTarget"))
-            bound.emplace_back(line);
-    }
-    ASSERT_EQ(bound.size(), 4u);
-    EXPECT_EQ(bound[0], bound[2]);
-    EXPECT_EQ(bound[3], "bindTarget R0");
 }
 
 TEST_F(Targets, areOneToOneWithPixelsAtAnyScale) {
@@ -218,46 +193,6 @@ TEST_F(Targets, objectsThatOutliveTheRendererEndQuietly) {
     geometry->update({}, nullptr);
     target.reset();
     EXPECT_EQ(log_->getLines().size(), 0u);
-}
-
-TEST_F(Targets, effectsDrawWithTheirParametersAndTheTargetsTexture) {
-    Target const target = make(30, 20);
-    vtxEffectShader* effect = renderer_->createEffectShader("tests/platform/vtx_effect.fx");
-    ASSERT_NE(effect, nullptr);
-    EXPECT_EQ(renderer_->createEffectShader("./tests/platform\\vtx_effect.fx"), effect);
-    auto const strength = effect->getParameter("strength");
-    auto const weights = effect->getParameter("weights");
-    EXPECT_EQ(effect->getParameter("absent"), -1);
-    effect->setFloat(-1, 3.0f);
-    std::unique_ptr<vtxGeometry> const geometry(renderer_->createGeometry(
-        {{0, 0, 0, 1, 1, 1, 1, 0, 0}, {9, 0, 0, 1, 1, 1, 1, 0, 0}, {0, 9, 0, 1, 1, 1, 1, 0, 0}}, {0, 1, 2}));
-    render(*target, [] {});
-    {
-        Frame const frame(*renderer_);
-        vtxRenderer::OpacityGuard const opacity(0.5f);
-        vtxRenderer::ShaderTechniqueGuard const technique(vtxRenderer::TechniqueNone);
-        effect->beginPass();
-        effect->setGeometry(geometry.get());
-        effect->setTexture(target->getTexture());
-        effect->setMatrices(renderer_->getProjectionMatrix(), renderer_->getModelViewMatrix());
-        effect->setFloat(strength, 0.75f);
-        float const values[] = {1.0f, 2.0f, 3.0f, 4.0f, 5.0f};
-        effect->setFloatArray(weights, values, 5);
-        effect->drawEffect(vtxGeometry::PrimitiveTriangles, 1, 0);
-        effect->endPass();
-    }
-    EXPECT_EQ(countLines("drawEffect"), 1);
-    EXPECT_EQ(countLines("  strength 0.75"), 1);
-    EXPECT_EQ(countLines("  weights 1 2 3 4"), 1);
-    EXPECT_EQ(countLines("weights 1 2 3 4 5"), 0);
-    EXPECT_EQ(countLines("opacity 0.5"), 1);
-}
-
-TEST_F(Targets, aMissingEffectIsLoggedOnceAndGivesNull) {
-    support::LogCapture const lines;
-    EXPECT_EQ(renderer_->createEffectShader("no/such.fx"), nullptr);
-    EXPECT_EQ(renderer_->createEffectShader("no\\such.fx"), nullptr);
-    EXPECT_EQ(lines.count("no/such.fx"), 1u) << lines.dump();
 }
 
 }  // namespace

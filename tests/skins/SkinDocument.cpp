@@ -34,9 +34,8 @@ SkinDocument::SkinDocument() {
             keys_[heading];
         } else if (line.compare(0, 3, "| `") == 0 && !heading.empty()) {
             std::vector<std::string> const cells = splitRow(line);
-            if (cells.size() == 4) {
+            if (cells.size() == 4)
                 keys_[heading][cells[0]] = {cells[1], cells[2], cells[3]};
-            }
         }
     }
     EXPECT_FALSE(keys_.empty()) << "docs/skins.md has no tables";
@@ -50,20 +49,17 @@ SkinDocument::Keys const& SkinDocument::getKeys(std::string const& heading) cons
 
 std::vector<std::string> SkinDocument::getSkinNames() const {
     std::vector<std::string> names;
-    for (auto const& [heading, keys] : keys_) {
-        if (heading.size() > 4 && heading.compare(heading.size() - 4, 4, "Skin") == 0) {
+    for (auto const& [heading, keys] : keys_)
+        if (heading.size() > 4 && heading.compare(heading.size() - 4, 4, "Skin") == 0)
             names.push_back(heading);
-        }
-    }
     return names;
 }
 
 std::string SkinDocument::findPartHeading(std::string const& heading, std::string const& name) const {
     auto const& keys = getKeys(heading);
     auto const found = keys.find("skins." + name);
-    if (found != keys.end() && found->second.meaning.compare(0, 4, "As `") == 0) {
+    if (found != keys.end() && found->second.meaning.compare(0, 4, "As `") == 0)
         return found->second.meaning.substr(4, found->second.meaning.find('`', 4) - 4);
-    }
     return heading + "." + name;
 }
 

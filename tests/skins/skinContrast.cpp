@@ -22,9 +22,8 @@ public:
 
     /// The colour in the middle of a background that lies on an opaque colour.
     Color getSurface(Value const* bkg, Color const& below) const {
-        if (bkg == nullptr) {
+        if (bkg == nullptr)
             return below;
-        }
         Color above = parseColor(bkg->find("center_center"));
         if (Value const* const rect = bkg->find("rect")) {
             int const x = int(rect->find("x1")->number + rect->find("x2")->number) / 2;
@@ -43,13 +42,11 @@ public:
         Value const* const states = skin.find("skinData")->find("states");
         for (std::string const& word : {state, std::string("released")}) {
             Value const* const looks = states == nullptr ? nullptr : states->find(word);
-            if (looks == nullptr) {
+            if (looks == nullptr)
                 continue;
-            }
             Value const* const look = looks->find(inner) != nullptr ? looks->find(inner) : looks->find("1");
-            if (look != nullptr && look->find(key) != nullptr) {
+            if (look != nullptr && look->find(key) != nullptr)
                 return look->find(key);
-            }
         }
         return nullptr;
     }
@@ -58,9 +55,8 @@ public:
         double const wanted = state == "disabled" ? 3.0 : 4.5;
         for (char const* const inner : {"1", "2", "3"}) {
             Value const* const text = findDrawable(skin, state, inner, "text");
-            if (text == nullptr) {
+            if (text == nullptr)
                 continue;
-            }
             Value const* const bkg = findDrawable(skin, state, inner, "bkg");
             for (Color const& ground : getGrounds_(state)) {
                 Color const surface = getSurface(bkg, ground);
@@ -73,9 +69,8 @@ public:
     void checkAll() const {
         Value const* const parts = file_.skins.at("windowSkin").find("skinData")->find("skins");
         for (char const* const state : {"released", "hover", "pressed", "disabled"}) {
-            for (auto const& [name, skin] : file_.skins) {
+            for (auto const& [name, skin] : file_.skins)
                 checkSkin(name, skin, state);
-            }
             checkSkin("header", *parts->find("header"), state);
         }
     }
@@ -84,11 +79,9 @@ private:
     /// What controls may lie on: a window or a panel, which are disabled only with what lies on them.
     std::vector<Color> getGrounds_(std::string const& state) const {
         std::vector<Color> grounds;
-        for (std::string const& word : {std::string("released"), state}) {
-            for (char const* const skin : {"windowSkin", "panelSkin"}) {
+        for (std::string const& word : {std::string("released"), state})
+            for (char const* const skin : {"windowSkin", "panelSkin"})
                 grounds.push_back(getSurface(findDrawable(file_.skins.at(skin), word, "1", "bkg"), {0, 0, 0, 1}));
-            }
-        }
         return grounds;
     }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 #include <set>
 
@@ -17,34 +18,20 @@ using Kind = Value::Kind;
 /// Whether a value has a form of docs/skins.md: "size", "colour", ...
 bool hasForm(Value const& value, std::string const& form) {
     auto const hasNumbers = [&value](std::set<std::string> const& names) {
-        for (auto const& [name, field] : value.fields) {
-            if (names.count(name) == 0 || field.kind != Kind::Number) {
-                return false;
-            }
-        }
-        return value.kind == Kind::Table;
+        return value.kind == Kind::Table &&
+               std::all_of(value.fields.begin(), value.fields.end(), [&names](auto const& field) {
+                   return names.count(field.first) > 0 && field.second.kind == Kind::Number;
+               });
     };
-    if (form == "boolean") {
-        return value.kind == Kind::Boolean;
-    }
-    if (form == "number") {
-        return value.kind == Kind::Number;
-    }
-    if (form == "string") {
-        return value.kind == Kind::String;
-    }
-    if (form == "colour") {
-        return value.kind == Kind::String && isColor(value.text);
-    }
-    if (form == "size") {
-        return hasNumbers({"horz", "vert"});
-    }
-    if (form == "rectangle") {
-        return hasNumbers({"x1", "y1", "x2", "y2"});
-    }
-    if (form == "insets") {
-        return hasNumbers({"left", "top", "right", "bottom"});
-    }
+    static std::map<std::string, Kind> const kinds = {
+        {"boolean", Kind::Boolean}, {"number", Kind::Number}, {"string", Kind::String}, {"colour", Kind::String}};
+    static std::map<std::string, std::set<std::string>> const tables = {{"size", {"horz", "vert"}},
+                                                                        {"rectangle", {"x1", "y1", "x2", "y2"}},
+                                                                        {"insets", {"left", "top", "right", "bottom"}}};
+    if (auto const kind = kinds.find(form); kind != kinds.end())
+        return value.kind == kind->second && (form != "colour" || isColor(value.text));
+    if (auto const table = tables.find(form); table != tables.end())
+        return hasNumbers(table->second);
     if (form == "align") {
         static std::set<std::string> const words = {"left",  "top",    "min", "center", "middle",
                                                     "right", "bottom", "max", "stretch"};
@@ -76,35 +63,30 @@ public:
         ASSERT_NE(data, nullptr);
         expectOnly_(*data, {"params", "states", "skins"});
         auto const& keys = document_.getKeys(heading);
-        if (Value const* const params = data->find("params")) {
+        if (Value const* const params = data->find("params"))
             checkParams_(*params, keys);
-        }
-        if (Value const* const states = data->find("states")) {
+        if (Value const* const states = data->find("states"))
             checkStates_(*states, keys);
-        }
         Value const* const parts = data->find("skins");
         for (auto const& [key, documented] : keys) {
             if (key.compare(0, 6, "skins.") == 0) {
                 std::string const part = key.substr(6);
                 Value const* const value = parts == nullptr ? nullptr : parts->find(part);
                 EXPECT_NE(value, nullptr) << "lacks its part " << part;
-                if (value != nullptr) {
+                if (value != nullptr)
                     checkSkin(*value, document_.findPartHeading(heading, part));
-                }
             }
         }
-        for (auto const& [part, value] : parts == nullptr ? std::map<std::string, Value>() : parts->fields) {
+        for (auto const& [part, value] : parts == nullptr ? std::map<std::string, Value>() : parts->fields)
             EXPECT_GT(keys.count("skins." + part), 0u) << "no such part: " << part;
-        }
     }
 
     SkinDocument const& getDocument() const { return document_; }
 
 private:
     void expectOnly_(Value const& table, std::set<std::string> const& names) {
-        for (auto const& [name, value] : table.fields) {
+        for (auto const& [name, value] : table.fields)
             EXPECT_GT(names.count(name), 0u) << "no such key: " << name;
-        }
     }
 
     void checkParams_(Value const& params, SkinDocument::Keys const& keys) {
@@ -189,9 +171,8 @@ TEST_P(DefaultSkin, HasEverySkinWithKnownKeysOfTheRightForm) {
         ASSERT_NE(found, file.skins.end()) << "lacks " << name;
         walk.checkSkin(found->second, name);
     }
-    for (auto const& [name, skin] : file.skins) {
+    for (auto const& [name, skin] : file.skins)
         EXPECT_TRUE(walk.getDocument().hasHeading(name)) << name << " is not in the document";
-    }
 }
 
 TEST(Atlas, IsThatOfItsDrawing) { EXPECT_EQ(std::system("tools/atlas/check.sh"), 0); }

@@ -55,9 +55,8 @@ std::vector<std::string> splitPath(std::string const& path) {
     std::vector<std::string> words;
     for (size_t start = 0; start <= path.size();) {
         size_t const end = std::min(path.find('/', start), path.size());
-        if (path.compare(start, end - start, "skinData") != 0) {
+        if (path.compare(start, end - start, "skinData") != 0)
             words.push_back(path.substr(start, end - start));
-        }
         start = end + 1;
     }
     return words;
@@ -78,9 +77,8 @@ void addPath(std::string const& path, LookedUp& lookedUp) {
     } else if (left >= 3 && words[next] == "states") {
         std::string const& drawable = words[next + 2];
         lookedUp[heading].insert("states." + drawable);
-        if (left == 4) {
+        if (left == 4)
             lookedUp[drawable == "check" ? "picture" : drawable].insert(words[next + 3]);
-        }
     }
 }
 
@@ -92,23 +90,19 @@ std::string describe(Value const* value, std::string const& form) {
         std::snprintf(text, sizeof text, "%g", field == nullptr ? 0.0 : field->number);
         return std::string(text);
     };
-    if (value == nullptr) {
+    if (value == nullptr)
         return form == "colour" ? "transparent" : "nothing";
-    }
-    if (form == "boolean") {
+    if (form == "boolean")
         return value->number != 0 ? "true" : "false";
-    }
     if (form == "number") {
         char text[32];
         std::snprintf(text, sizeof text, "%g", value->number);
         return text;
     }
-    if (form == "string") {
+    if (form == "string")
         return value->text.empty() ? "empty" : value->text;
-    }
-    if (form == "size") {
+    if (form == "size")
         return number("horz") + ", " + number("vert");
-    }
     if (form == "insets") {
         bool const equal =
             number("left") == number("top") && number("top") == number("right") && number("right") == number("bottom");
@@ -166,9 +160,8 @@ LookedUp readLookedUp() {
         lua_getglobal(L, "LookedUp");
         paths = readValue(L, lua_gettop(L));
     });
-    for (auto const& [path, noted] : paths.fields) {
+    for (auto const& [path, noted] : paths.fields)
         addPath(path, lookedUp);
-    }
     return lookedUp;
 }
 
@@ -210,14 +203,12 @@ TEST(SkinDocument, TellsTheKeysAndDefaultsThatEachClassReads) {
         EXPECT_GT(lookedUp.count(name), 0u) << "no class loads " << name;
         compareSkin(name, name, lookedUp, value, document);
     }
-    for (auto const& [name, keys] : lookedUp) {
+    for (auto const& [name, keys] : lookedUp)
         EXPECT_TRUE(document.hasHeading(name) || name.find('.') != std::string::npos) << name << " is not described";
-    }
     for (char const* const drawable : {"bkg", "picture", "text"}) {
         std::set<std::string> described;
-        for (auto const& [key, about] : document.getKeys(drawable)) {
+        for (auto const& [key, about] : document.getKeys(drawable))
             described.insert(key);
-        }
         EXPECT_EQ(described, lookedUp.at(drawable)) << drawable;
     }
 }

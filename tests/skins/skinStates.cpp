@@ -133,11 +133,9 @@ public:
     /// How many pixels of two cells differ by at least 16 levels in one channel.
     int countDifferences(osg::Vec2i const& one, osg::Vec2i const& other) const {
         int count = 0;
-        for (int y = 0; y < cellHeight; ++y) {
-            for (int x = 0; x < cellWidth; ++x) {
+        for (int y = 0; y < cellHeight; ++y)
+            for (int x = 0; x < cellWidth; ++x)
                 count += differs_(one.x() + x, one.y() + y, other.x() + x, other.y() + y) ? 1 : 0;
-            }
-        }
         return count;
     }
 
@@ -188,10 +186,9 @@ TEST_P(DefaultSkinStates, LookDifferentFromOneAnother) {
     ASSERT_TRUE(sheet.getStarted());
     for (auto const& [name, cells] : sheet.getCells()) {
         for (auto one = cells.begin(); one != cells.end(); ++one) {
-            for (auto other = std::next(one); other != cells.end(); ++other) {
+            for (auto other = std::next(one); other != cells.end(); ++other)
                 EXPECT_GE(sheet.countDifferences(one->second, other->second), 12)
                     << name << " in state/inner state " << one->first << " and " << other->first;
-            }
         }
     }
 }

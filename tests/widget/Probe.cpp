@@ -39,13 +39,6 @@ void noteEvent(std::string const& event) { events.push_back(event); }
 
 std::vector<std::string> takeEvents() { return std::exchange(events, {}); }
 
-std::vector<gui::Widget*> Box::children() const {
-    std::vector<gui::Widget*> result;
-    for (int i = 0; i < getWidgetCount(); ++i)
-        result.push_back(getWidget(i));
-    return result;
-}
-
 WidgetProbe* Box::add(std::string label, int x, int y, int width, int height) {
     auto* const child = new WidgetProbe(std::move(label));
     child->setPosition(at(x, y));

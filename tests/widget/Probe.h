@@ -18,8 +18,8 @@ void freeTracked(void* memory);
 void noteEvent(std::string const& event);
 std::vector<std::string> takeEvents();
 
-/// A widget, or a class derived from it, that notes the events that reach it as "name event" and opens what is
-/// protected.
+/// A widget, or a class derived from it, that notes how the mouse comes, moves and goes as "name event" and opens what
+/// is protected.
 template <class Base>
 class Probe : public Base {
 public:
@@ -32,13 +32,8 @@ public:
 
     bool isDirty() const { return this->dirty; }
     void setOwnSkin(gui::skin::Skin* newSkin) { this->skin = newSkin; }
-    bool needsDoRedraw() const { return this->needDoRedraw; }
-    osg::Vec2i validate(osg::Vec2i const& size) const { return this->validateSize_(size); }
     osg::RectImpl<osg::Vec2i> clipRect() const { return this->getClipRect_(); }
-    osg::Vec2i targetPosition() const { return this->getTargetPosition_(); }
     void change() { this->onChange_(); }
-    int childMarks() const { return childMarks_; }
-    int redraws() const { return redraws_; }
     /// The clip rectangle when the widget was drawn last.
     osg::RectImpl<osg::Vec2i> drawnClip() const { return drawnClip_; }
     void setFocusableFlag(bool focusable) { focusable_ = focusable; }
@@ -52,37 +47,12 @@ public:
         note_("leave");
         Base::onMouseLeave(point);
     }
-    void onMouseDown(osg::Vec2i const& point, gui::MouseButton button) override {
-        note_("down");
-        Base::onMouseDown(point, button);
-    }
-    void onMouseUp(osg::Vec2i const& point, gui::MouseButton button) override {
-        note_("up");
-        Base::onMouseUp(point, button);
-    }
-    void onMouseDoubleClick(osg::Vec2i const& point, gui::MouseButton button) override {
-        note_("double");
-        Base::onMouseDoubleClick(point, button);
-    }
     void onMouseMove(osg::Vec2i const& point) override {
         note_("move");
         Base::onMouseMove(point);
     }
-    void onMouseReleased() override {
-        note_("released");
-        Base::onMouseReleased();
-    }
 
 protected:
-    void onChildBecomeDirty_(gui::Widget* child) override {
-        ++childMarks_;
-        Base::onChildBecomeDirty_(child);
-    }
-    void redraw_() override {
-        ++redraws_;
-        Base::redraw_();
-    }
-
     void draw_() override {
         drawnClip_ = this->getClipRect_();
         Base::draw_();
@@ -95,8 +65,6 @@ private:
     }
 
     std::string label_;
-    int childMarks_ = 0;
-    int redraws_ = 0;
     bool focusable_ = false;
     osg::RectImpl<osg::Vec2i> drawnClip_;
 };
@@ -111,9 +79,6 @@ public:
     void insert(gui::Widget* widget, int index = -1) { insertWidget_(widget, index); }
     void remove(gui::Widget* widget) { removeWidget_(widget); }
     int indexOf(gui::Widget const* widget) const { return getWidgetIndex_(widget); }
-    void clear() { clear_(); }
-    void removeAll() { removeAllWidgets_(); }
-    std::vector<gui::Widget*> children() const;
     /// A new child with a place; focusable, so that presses move the focus.
     WidgetProbe* add(std::string label, int x, int y, int width, int height);
 };

