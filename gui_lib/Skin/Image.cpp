@@ -100,6 +100,9 @@ void Image::setTexture(vtxTexture* newTexture, bool owned) {
         pendingReleases.push_back(texture);
     texture = newTexture;
     geometryDirty = true;
+    // Nothing keeps a texture alive that is not owned, and what is hidden or recorded is laid out much later.
+    if (!owned)
+        quads.setTexture(newTexture);
 }
 
 // --- Layout ---

@@ -253,7 +253,10 @@ private:
         if (index < 0 || index >= level_ || captures_[size_t(index)].kind == Kind::Open)
             luaL_error(L_, "invalid capture index");
         Capture const& capture = captures_[size_t(index)];
-        size_t const length = capture.kind == Kind::Closed ? capture.length : 0;
+        // A position is no text, so nothing equals it.
+        if (capture.kind == Kind::Position)
+            return false;
+        size_t const length = capture.length;
         chargeLua(L_, length / 16);
         if (subject_.size() - at < length || subject_.compare(at, length, subject_.substr(capture.begin, length)) != 0)
             return false;

@@ -32,6 +32,11 @@ void vtxShaderQuads::addBatchTexCoords(float uMin, float vMin, float uMax, float
 
 void vtxShaderQuads::endBatch() {}
 
+void vtxShaderQuads::setTexture(vtxTexture const* texture) {
+    for (Batch& batch : batches_)
+        batch.texture = texture;
+}
+
 void vtxShaderQuads::reset() {
     quads_.clear();
     batches_.clear();

@@ -27,6 +27,8 @@ public:
     /// Texture coordinates of the quad added last.
     void addBatchTexCoords(float uMin, float vMin, float uMax, float vMax);
     void endBatch();
+    /// Every batch shows this texture from now on.
+    void setTexture(vtxTexture const* texture);
     /// Empties all batches and keeps the storage.
     void reset();
 
