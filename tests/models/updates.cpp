@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <deque>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -13,46 +12,41 @@ namespace models {
 
 namespace {
 
-constexpr int slots = 8;
+constexpr int slots = 8, actCount = 6;
 
-/// What a target does, once, in its next update.
-enum Act { ActAdd, ActRemove, ActReplace, ActTick, ActTime, ActThrow, actCount };
-struct Plan {
-    int act, slot;
-};
-
-template <class List, class T>
-bool contains(List const& list, T const& value) {
-    return std::find(list.begin(), list.end(), value) != list.end();
-}
+/// Times are told in quarters of a second.
+constexpr double quarter = 0.25;
 
 /// Who is called in which order, with which time, in plain lists of target numbers.
-struct Model {
-    std::vector<int> targets, pendingAdd, pendingRemove, dead, retired;
-    int depth = 0;
-
-    void add(int target) {
+class Model : public Side {
+public:
+    void add(int slot) {
+        tell("added at", time);
         std::vector<int>& list = depth > 0 ? pendingAdd : targets;
-        if (!contains(list, target))
-            list.push_back(target);
+        if (std::find(list.begin(), list.end(), numbers[slot]) == list.end())
+            list.push_back(numbers[slot]);
     }
-    void remove(int target) {
+    void remove(int slot) {
         if (depth == 0)
-            std::erase(targets, target);
-        else if (!contains(pendingRemove, target))
-            pendingRemove.push_back(target);
+            std::erase(targets, numbers[slot]);
+        else
+            pendingRemove.push_back(numbers[slot]);
     }
-    void retire(int target) {
-        remove(target);
-        (depth > 0 ? retired : dead).push_back(target);
+    void replace(int slot) {
+        remove(slot);
+        retired.push_back(std::exchange(numbers[slot], made++));
+        if (depth == 0)
+            bury();
     }
-    template <class Update>
-    void tick(Update update) {
+    void wait() { ++time; }
+    void tick() {
+        int const now = time;
         ++depth;
         try {
             for (std::size_t i = 0; i < targets.size(); ++i)
-                if (targets[i] != none && !contains(pendingRemove, targets[i]))
-                    update(targets[i]);
+                if (std::find(pendingRemove.begin(), pendingRemove.end(), targets[i]) == pendingRemove.end())
+                    if (targets[i] != none)
+                        hear(targets[i], 0, now);
         } catch (...) {
             finish();
             throw;
@@ -62,7 +56,7 @@ struct Model {
     void finish() {
         --depth;
         for (int const target : std::exchange(pendingAdd, {}))
-            if (!contains(targets, target))
+            if (std::find(targets.begin(), targets.end(), target) == targets.end())
                 targets.push_back(target);
         // An outer walk goes by places, so the places stay.
         for (int const target : std::exchange(pendingRemove, {}))
@@ -70,149 +64,89 @@ struct Model {
         if (depth > 0)
             return;
         std::erase(targets, none);
-        dead.insert(dead.end(), retired.begin(), retired.end());
-        retired.clear();
+        bury();
     }
+    void bury() {
+        for (int const target : std::exchange(retired, {}))
+            tell("ended", target);
+    }
+    int numberOf(int slot) const { return numbers[slot]; }
+    void describe() {}
+
+    std::vector<int> targets, pendingAdd, pendingRemove, retired;
+    int numbers[slots] = {0, 1, 2, 3, 4, 5, 6, 7};
+    int made = slots, depth = 0, time = 0;
 };
 
-class Updates : public Trial {
+class Toolkit : public Side {
 public:
-    Updates() {
-        for (int slot = 0; slot < slots; ++slot)
-            refill(slot);
-        verbs = {
-            {"add", 4, {slots}, [this](int slot, int, int) { addBoth(slot); }},
-            {"remove", 3, {slots}, [this](int slot, int, int) { removeBoth(slot); }},
-            {"replace", 1, {slots}, [this](int slot, int, int) { replaceBoth(slot); }},
-            {"plan",
-             8,
-             {slots, actCount, slots},
-             [this](int slot, int act, int other) {
-                 for (auto& plans : plans_)
-                     plans[numbers_[slot]].push_back({act, other});
-             }},
-            {"tick", 4, {}, [this](int, int, int) { tickBoth(); }},
-        };
+    Toolkit() {
+        for (auto& target : targets_)
+            target = std::make_unique<Target>(*this);
     }
 
-    std::string compare(bool) override {
-        if (heard_[0] != heard_[1])
-            return "called " + testing::PrintToString(heard_[0]) + ", not " + testing::PrintToString(heard_[1]);
-        for (auto& heard : heard_)
-            heard.clear();
-        std::vector<int> dead = dead_, wanted = model_.dead;
-        std::sort(dead.begin(), dead.end());
-        std::sort(wanted.begin(), wanted.end());
-        if (dead != wanted)
-            return "ended " + testing::PrintToString(dead) + ", not " + testing::PrintToString(wanted);
-        return manager_.getUpdating() ? "still in a tick" : "";
+    void add(int slot) { tell("added at", quarters(manager_.addTarget(targets_[slot].get()))); }
+    void remove(int slot) { manager_.removeTarget(targets_[slot].get()); }
+    void replace(int slot) { manager_.retireTarget(std::exchange(targets_[slot], std::make_unique<Target>(*this))); }
+    void wait() { host_.app().time += quarter; }
+    void tick() { manager_.updateTargets(); }
+    void describe() {
+        if (manager_.getUpdating())
+            tell("still in a tick");
     }
+
+    int numberOf(int slot) const { return targets_[slot]->number; }
 
 private:
-    using Call = std::pair<int, double>;
-
     struct Target : gui::UpdateTarget {
-        Target(Updates& owner, int itsNumber) : trial(owner), number(itsNumber) {}
-        ~Target() override { trial.dead_.push_back(number); }
-        void update(double time) override {
-            trial.heard_[0].emplace_back(number, time);
-            trial.act(0, number);
-        }
-        Updates& trial;
+        explicit Target(Toolkit& owner) : toolkit(owner), number(owner.made_++) {}
+        ~Target() override { toolkit.tell("ended", number); }
+        void update(double time) override { toolkit.hear(number, 0, quarters(time)); }
+        Toolkit& toolkit;
         int number;
     };
+    static int quarters(double time) { return static_cast<int>(time / quarter); }
 
-    /// A new target with a number of its own.
-    void refill(int slot) {
-        numbers_[slot] = made_++;
-        targets_[slot] = std::make_unique<Target>(*this, numbers_[slot]);
-        modelNumbers_[slot] = numbers_[slot];
-        for (auto& plans : plans_)
-            plans.emplace_back();
-    }
+    int made_ = 0;
+    support::TestHost host_;
+    gui::UpdateManager& manager_ = gui::UpdateManager::get();
+    std::unique_ptr<Target> targets_[slots];
+};
 
-    // --- Outside a tick: both at once ---
-    void addBoth(int slot) {
-        heard_[0].emplace_back(none, manager_.addTarget(targets_[slot].get()));
-        model_.add(numbers_[slot]);
-        heard_[1].emplace_back(none, time());
-    }
-    void removeBoth(int slot) {
-        manager_.removeTarget(targets_[slot].get());
-        model_.remove(numbers_[slot]);
-    }
-    void replaceBoth(int slot) {
-        model_.retire(numbers_[slot]);
-        manager_.retireTarget(std::move(targets_[slot]));
-        refill(slot);
-    }
-    void tickBoth() {
-        double const start = host_.app().time;
-        run([this] { manager_.updateTargets(); });
-        host_.app().time = start;
-        run([this] { tickModel(); });
-        // What a tick has replaced is replaced on both sides by now.
-        for (int slot = 0; slot < slots; ++slot)
-            if (!targets_[slot])
-                refill(slot);
-    }
-    template <class Function>
-    void run(Function function) {
-        try {
-            function();
-        } catch (std::runtime_error const&) {
-        }
-    }
-    /// The host's clock stood at 1 when GUI was made.
-    double time() { return host_.app().time - 1.0; }
-    void tickModel() {
-        double const now = time();
-        model_.tick([this, now](int target) {
-            heard_[1].emplace_back(target, now);
-            act(1, target);
+class Updates : public Pair<Toolkit, Model> {
+public:
+    Updates() {
+        add("add", 4, {slots}, [](auto& side, int slot, auto...) { side.add(slot); });
+        add("remove", 3, {slots}, [](auto& side, int slot, auto...) { side.remove(slot); });
+        add("replace", 1, {slots}, [](auto& side, int slot, auto...) { side.replace(slot); });
+        add("trap", 8, {slots, actCount, slots}, [](auto& side, int slot, int action, int other) {
+            side.traps[{side.numberOf(slot), 0}] = [&side, action, other] { act(side, action, other); };
+        });
+        add("tick", 4, {}, [](auto& side, auto...) {
+            try {
+                side.tick();
+            } catch (std::runtime_error const&) {
+            }
         });
     }
 
-    /// Inside a tick: side 0 is the toolkit, side 1 the model.
-    void act(int side, int number) {
-        auto& plans = plans_[side][static_cast<std::size_t>(number)];
-        if (plans.empty())
-            return;
-        Plan const plan = plans.front();
-        plans.pop_front();
-        bool const real = side == 0;
-        gui::UpdateTarget* const target = targets_[plan.slot].get();
-        int& modelNumber = modelNumbers_[plan.slot];
-        if (plan.act == ActTick)
-            real ? manager_.updateTargets() : tickModel();
-        else if (plan.act == ActTime)
-            host_.app().time += 0.25;
-        else if (plan.act == ActThrow)
-            throw std::runtime_error("target");
-        else if (real ? !target : modelNumber == none)
-            return;
-        else if (plan.act == ActAdd)
-            real ? void(manager_.addTarget(target)) : model_.add(modelNumber);
-        else if (plan.act == ActRemove)
-            real ? manager_.removeTarget(target) : model_.remove(modelNumber);
-        else if (real)
-            manager_.retireTarget(std::move(targets_[plan.slot]));
-        else
-            model_.retire(std::exchange(modelNumber, none));
+private:
+    /// What a target does, once, in an update.
+    template <class SideType>
+    static void act(SideType& side, int action, int slot) {
+        static constexpr void (*table[actCount])(SideType&, int) = {
+            [](SideType& s, int other) { s.add(other); },
+            [](SideType& s, int other) { s.remove(other); },
+            [](SideType& s, int other) { s.replace(other); },
+            [](SideType& s, int) { s.tick(); },
+            [](SideType& s, int) { s.wait(); },
+            [](SideType&, int) { throw std::runtime_error("target"); },
+        };
+        table[action](side, slot);
     }
-
-    int made_ = 0;
-    std::vector<int> dead_;
-    std::vector<Call> heard_[2];
-    std::vector<std::deque<Plan>> plans_[2];
-    int numbers_[slots], modelNumbers_[slots];
-    Model model_;
-    std::unique_ptr<Target> targets_[slots];
-    support::TestHost host_;
-    gui::UpdateManager& manager_ = gui::UpdateManager::get();
 };
 
-TEST(Models, TargetsAreUpdatedAsPlainListsSay) { playRandomly("updates", makeTrial<Updates>); }
+TEST(Models, TargetsAreUpdatedAsPlainListsSay) { playRandomly<Updates>(); }
 
 }  // namespace
 
