@@ -4,7 +4,6 @@
 
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/controls/small/Panel.h"
-#include "gui_lib/controls/small/TextureView.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/widget/AliveGuard.h"
 #include "gui_lib/widget/Container.h"
@@ -218,7 +217,6 @@ void Monkey::moveWidget_(gui::Widget* self) {
     if (!moved)
         return;
     gui::AliveGuard const guard(moved);
-    bool const holdsOthers = dynamic_cast<gui::Container*>(moved);
     if (auto* const window = dynamic_cast<gui::WindowBase*>(moved)) {
         if (pick_ % 4 != 0)
             window->setVisible(false);
@@ -228,9 +226,6 @@ void Monkey::moveWidget_(gui::Widget* self) {
     }
     for (unsigned i = 0; guard.alive() && i < live_.size(); ++i) {
         Widget* const target = pickWidget_(pick_ * 13u + i);
-        // A picture of a surface must not come to lie on that surface.
-        if (target->getRootSurfaceId() != 0 && (holdsOthers || dynamic_cast<gui::TextureView*>(moved)))
-            continue;
         int const index = int(pick_ % 5) - 1;
         if (auto* const panel = dynamic_cast<gui::Panel*>(target))
             return panel->insertWidget(moved, index);
