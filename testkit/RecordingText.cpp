@@ -285,7 +285,7 @@ std::string readRecording(std::string const& path, Recording& recording) {
     bool inTree = false;
     for (int number = 1; std::getline(file, text); ++number) {
         auto const fail = [&](std::string const& cause) { return path + ":" + std::to_string(number) + ": " + cause; };
-        if (!text.empty() && text.back() == '\r')
+        while (!text.empty() && text.back() == '\r')
             text.pop_back();
         LineReader line(text);
         if (number == 1 && text != magic)
