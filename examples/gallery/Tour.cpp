@@ -77,7 +77,7 @@ void visitWindows(testkit::Driver& driver, Album& album, Gallery& gallery) {
     album.add("window-dragged");
     driver.dragBy(header.at({60, 10}), {-100, -120});
     driver.click(byText("Button", "Flash"));
-    driver.wait(2.5);
+    driver.wait(1.0);
     album.add("label-flashed");
     driver.dragBy(testkit::Target("labels").at(gallery.getLabels()->getSize() - osg::Vec2i(2, 2)), {0, 60});
     album.add("window-resized");
