@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Prints the line coverage of gui_lib and platform/vtx by the everyday tests, and ends with 1 if one is below 90 %.
-#   tools/coverage.sh [--html]    --html also writes the lines to out/coverage/index.html
+#   tools/coverage.sh [--html]    --html also writes the lines to out/coverage/gui_lib.html and vtx.html
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build=build/coverage
