@@ -7,6 +7,7 @@
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "host/PngWriter.h"
+#include "host/lua/WindowResources.h"
 #include "platform/qor/Log.h"
 #include "platform/vtx/vtxRenderer.h"
 
@@ -46,6 +47,7 @@ HostApplication::~HostApplication() = default;
 // --- Start and end ---
 
 bool HostApplication::start(HostOptions const& options) {
+    registerWindowResources();
     title_ = options.title;
     skin_ = options.skin;
     float const displayScale = getDisplayScale_();
@@ -120,6 +122,8 @@ void HostApplication::runFrame() {
     else
         clearPicture_();
     gui->draw();
+    if (drawOver_)
+        drawOver_();
     present_();
     ++frameCount_;
 }

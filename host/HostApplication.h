@@ -30,7 +30,7 @@ struct HostOptions {
 /// The part of a host that needs no display: input state, the order of a frame, and start and end in the right order.
 /// A subclass supplies a context, a clock, a clipboard and where input comes from.
 /// Order: `start`, then `runFrame` until `getRunning` is false, then `stop`. A frame: pump input, update callbacks,
-/// processMessages, updateTargets, redraw, doRedraw, parse, surfaces, the scene, draw, present.
+/// processMessages, updateTargets, redraw, doRedraw, parse, surfaces, the scene, draw, what lies over it, present.
 /// Coordinates: points are raw pixels of the main window.
 class VORLEX_API HostApplication : public gui::Application {
 public:
@@ -48,6 +48,8 @@ public:
     void setDrawScene(std::function<void()> function) { drawScene_ = std::move(function); }
     /// Runs in each frame after doRedraw and before the scene: surfaces are drawn into their targets here.
     void setDrawSurfaces(std::function<void()> function) { drawSurfaces_ = std::move(function); }
+    /// Drawn over the windows.
+    void setDrawOver(std::function<void()> function) { drawOver_ = std::move(function); }
     unsigned getFrameCount() const { return frameCount_; }
 
     /// The skin file of the start.
@@ -146,6 +148,7 @@ private:
     qor::string skin_;
     std::function<void()> drawScene_;
     std::function<void()> drawSurfaces_;
+    std::function<void()> drawOver_;
 };
 
 }  // namespace host

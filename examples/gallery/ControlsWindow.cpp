@@ -3,8 +3,6 @@
 #include <string>
 
 #include "examples/gallery/Place.h"
-#include "gui_lib/Skin/Data.h"
-#include "gui_lib/Skin/Skin.h"
 #include "gui_lib/controls/buttons/Button.h"
 #include "gui_lib/controls/buttons/CheckBox.h"
 #include "gui_lib/controls/buttons/RadioButton.h"
@@ -82,8 +80,7 @@ void addTabs(gui::Window* window) {
                                     L"The camera stands still;\nthe screen turns.",
                                     L"Windows, widgets and skins\nover a live scene."};
     for (int i = 0; i < 3; ++i) {
-        auto* const page = place(tabs, new gui::Static, {16, 48, contentWidth - 32, 40}, texts[i]);
-        page->getWidgetSkin()->getSkinData()->setTextWrapping(true);
+        auto* const page = placeNote(tabs, {16, 48, contentWidth - 32, 40}, texts[i]);
         page->setVisible(i == 0);
         auto* const item = place(tabs, new gui::TabGroupItem(i == 0), {8 + i * 106, 8, 100, 32}, names[i]);
         auto const show = [page = Held<gui::Widget>(page)](bool visible) {

@@ -39,7 +39,8 @@ DebugView::DebugView() : window_(new gui::Window) {
     values_ = place(window_, new gui::Static, {112, 12, 72, 128});
     alignRight(*values_);
     fitWindow(window_, {200, 152});
-    window_->setPosition({19, gui::GUI::get()->getScreenSize().y() - window_->getSize().y() - 19});
+    // Beside the index.
+    window_->setPosition({393, gui::GUI::get()->getScreenSize().y() - window_->getSize().y() - 19});
     updateCallback_ = std::make_shared<std::function<void()>>([this] { update(); });
     gui::Application::get()->addUpdateCallback(updateCallback_);
 }

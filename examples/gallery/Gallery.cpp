@@ -8,7 +8,6 @@
 #include "examples/gallery/Place.h"
 #include "examples/gallery/Scene.h"
 #include "examples/gallery/StatesWindow.h"
-#include "gui_lib/controls/small/TextureView.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/windows/Window.h"
 #include "platform/gl/vtxGLDevice.h"
@@ -32,6 +31,7 @@ Gallery::Gallery(host::HostApplication& application, Options const& options)
     controls_ = makeControlsWindow();
     states_ = makeStatesWindow();
     labels_ = makeLabelsWindow();
+    addPages_();
     arrange_();
     debugView_ = std::make_unique<DebugView>();
 
@@ -40,14 +40,7 @@ Gallery::Gallery(host::HostApplication& application, Options const& options)
     gui::GUI::get()->addKeyboardCallback(keyCallback_);
     turnCallback_ = std::make_shared<std::function<void()>>([this] { turn_(); });
     application_.addUpdateCallback(turnCallback_);
-    application_.setDrawSurfaces([this, picture = Held(labels_.picture)] {
-        screen_->setViewSize({application_.getWidth(), application_.getHeight()});
-        screen_->draw();
-        // The first picture makes the target, and a change of scale another; the label window shows it as well.
-        vtxTexture* const texture = screen_->getTexture();
-        if (picture.get() && picture.get()->getTexture() != texture)
-            picture.get()->setTexture(texture);
-    });
+    application_.setDrawSurfaces([this] { drawSurfaces_(); });
     application_.setDrawScene([this] { draw_(); });
     screen_->setViewSize({application_.getWidth(), application_.getHeight()});
     setAngle(0.0);
@@ -61,6 +54,22 @@ Gallery::~Gallery() {
         gui->removeKeyboardCallback(keyCallback_);
 }
 
+void Gallery::addPages_() {
+    pages_.add(L"Controls", controls_);
+    pages_.add(L"States", states_);
+    pages_.add(L"Labels", labels_.window);
+    pages_.add(L"Windows", windows_.getWindow());
+    pages_.add(L"Effects", effects_.getWindow());
+    pages_.addFile(L"Row", "row");
+    pages_.addFile(L"Column", "column");
+    pages_.addFile(L"Anchors", "anchors");
+    pages_.addFile(L"Border", "border");
+    pages_.addFile(L"Form", "form");
+    pages_.addFile(L"Scroll bars", "scrollbars");
+    pages_.addFile(L"Scroll pane", "scrollpane");
+    pages_.addFile(L"Dialog", "dialog");
+}
+
 void Gallery::arrange_() {
     // Seen are 24 units between windows, which have 5 of shadow around them.
     constexpr int margin = 19;
@@ -69,7 +78,8 @@ void Gallery::arrange_() {
     int const right = std::max(gui::GUI::get()->getScreenSize().x() - labels_.window->getSize().x() - margin, margin);
     labels_.window->setPosition({right, margin});
     states_->setPosition({std::max(left + (right - left - states_->getSize().x()) / 2, left - 6), margin});
-    for (gui::Window* window : {states_, labels_.window, controls_})
+    pages_.getIndex()->setPosition({margin, margin + controls_->getSize().y() + 14});
+    for (gui::Window* window : {pages_.getIndex(), states_, labels_.window, controls_})
         window->setVisible(true);
 }
 
@@ -97,6 +107,7 @@ bool Gallery::onKey_(gui::KeyboardButton key, bool down) {
 }
 
 void Gallery::turn_() {
+    pages_.update();
     double const now = application_.getTime();
     double const passed = now - lastTime_;
     lastTime_ = now;
@@ -112,7 +123,15 @@ void Gallery::setAngle(double radians) {
         scene_->setAngle(radians);
 }
 
+void Gallery::drawSurfaces_() {
+    screen_->setViewSize({application_.getWidth(), application_.getHeight()});
+    screen_->draw();
+    showPicture(labels_.picture, screen_->getPicture());
+    windows_.draw();
+}
+
 void Gallery::draw_() {
     if (scene_)
-        scene_->draw({application_.getWidth(), application_.getHeight()}, screen_->getTextureName());
+        scene_->draw({application_.getWidth(), application_.getHeight()},
+                     {screen_->getPicture().getTextureName(), windows_.getPicture().getTextureName()});
 }

@@ -4,9 +4,12 @@
 #include <memory>
 
 #include "examples/gallery/DebugView.h"
+#include "examples/gallery/EffectsPage.h"
+#include "examples/gallery/GalleryPages.h"
 #include "examples/gallery/LabelsWindow.h"
 #include "examples/gallery/Options.h"
 #include "examples/gallery/ScreenSurface.h"
+#include "examples/gallery/WindowsPage.h"
 #include "gui_lib/base/Keyboard.h"
 #include "host/HostApplication.h"
 
@@ -22,6 +25,7 @@ public:
 
     ScreenSurface& getScreen() { return *screen_; }
     DebugView& getDebugView() { return *debugView_; }
+    GalleryPages& getPages() { return pages_; }
     gui::Window* getControls() const { return controls_; }
     gui::Window* getStates() const { return states_; }
     gui::Window* getLabels() const { return labels_.window; }
@@ -32,7 +36,9 @@ public:
     void setAngle(double radians);
 
 private:
+    void addPages_();
     void arrange_();
+    void drawSurfaces_();
     void turn_();
     void draw_();
     bool onKey_(gui::KeyboardButton key, bool down);
@@ -45,6 +51,9 @@ private:
     gui::Window* controls_ = nullptr;
     gui::Window* states_ = nullptr;
     LabelsWindow labels_;
+    WindowsPage windows_;
+    EffectsPage effects_;
+    GalleryPages pages_;
     std::shared_ptr<std::function<bool(gui::KeyboardButton, int, bool)>> keyCallback_;
     std::shared_ptr<std::function<void()>> turnCallback_;
     bool turning_ = true;

@@ -10,7 +10,6 @@
 #include "gui_lib/controls/small/TextureView.h"
 #include "gui_lib/windows/ModalWindow.h"
 #include "gui_lib/windows/Window.h"
-#include "platform/vtx/vtxRenderer.h"
 
 namespace {
 
@@ -19,10 +18,8 @@ constexpr int contentWidth = 328;
 
 void addTexts(gui::Window* window) {
     place(window, new gui::Static, {margin, 12, contentWidth, 24}, L"A plain label: naïve café, Ελληνικά, Кириллица");
-    auto* const wrapped = place(window, new gui::Static, {margin, 40, contentWidth, 40},
-                                L"A long text wraps at the edge of its label, and words that would not fit go to the "
-                                L"next line.");
-    wrapped->getWidgetSkin()->getSkinData()->setTextWrapping(true);
+    placeNote(window, {margin, 40, contentWidth, 40},
+              L"A long text wraps at the edge of its label, and words that would not fit go to the next line.");
     auto* const shortened =
         place(window, new gui::Static, {margin, 84, 200, 24}, L"This one ends in dots as soon as the room is over.");
     shortened->getWidgetSkin()->getSkinData()->setUseEllipsis(true);
@@ -43,13 +40,9 @@ gui::TextureView* addTurned(gui::Window* window) {
     auto* const turned = place(stage, new gui::Static, {20, 28, 130, 24}, L"A turned label");
     turned->setPivotPoint({0, 12});
     turned->setAngle(-20.0);
-    auto* const picture = place(stage, new gui::TextureView, {176, 16, 128, 80});
+    gui::TextureView* const picture = placePicture(stage, {176, 16, 128, 80});
     picture->setPivotPoint({64, 40});
     picture->setAngle(8.0);
-    gui::Image::Info info;
-    info.align = gui::Align2({gui::Align::Stretch, 0}, {gui::Align::Stretch, 0});
-    info.userTexSampler = vtxRenderer::SamplerMips;
-    picture->setImageInfo(info);
     return picture;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "examples/gallery/Place.h"
+
 namespace gui {
 class TextureView;
 class Window;
@@ -9,7 +11,7 @@ class Window;
 struct LabelsWindow {
     gui::Window* window = nullptr;
     /// Waits for a texture.
-    gui::TextureView* picture = nullptr;
+    Held<gui::TextureView> picture;
 };
 
 LabelsWindow makeLabelsWindow();

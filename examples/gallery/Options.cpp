@@ -18,9 +18,11 @@ char const* const usage =
     "end;\n"
     "                    leaves replay.png and tree.txt, or trace.txt for --back-end trace, in the folder of --out\n"
     "  --still           the object in the scene stands still; the space key changes it\n"
+    "  --watch           headless too, shows changes of the skin and of the pages' files as they are saved\n"
     "  --help            this text\n"
     "\n"
-    "Keys: F12 debug skins, tree and counters; space stops and turns the object; Escape ends.\n";
+    "Keys: F1 the index of pages; F11 the other skin; F12 debug skins, tree and counters; space stops and turns the "
+    "object; Escape ends.\n";
 
 namespace {
 
@@ -78,6 +80,8 @@ bool parseOptions(int count, char const* const* words, Options& options, std::st
             options.headless = true;
         } else if (word == "--still") {
             options.still = true;
+        } else if (word == "--watch") {
+            options.watch = true;
         } else if (word == "--skin" || word == "--scale" || word == "--size" || word == "--out" ||
                    word == "--back-end" || word == "--record" || word == "--replay") {
             if (i + 1 >= count) {

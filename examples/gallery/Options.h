@@ -9,6 +9,8 @@ struct Options {
     bool help = false;
     bool headless = false;
     bool still = false;
+    /// Watch files headless too.
+    bool watch = false;
     /// "gl", "es" or "trace"; headless only.
     std::string backEnd = "gl";
     std::string skin = "dark";

@@ -44,7 +44,7 @@ char const* const fragmentBody =
     "    }\n"
     "    base = mix(base, base * 1.25, grid);\n"
     "    vec4 top = texture(picture, textureUv) * textured;\n"
-    "    base = base * (1.0 - top.a) + top.rgb;\n"
+    "    base = base * (1.0 - top.a) + top.rgb * min(light + 0.3, 1.0);\n"
     "    float fog = clamp((length(worldPosition) - 6.0) / 18.0, 0.0, 1.0);\n"
     "    result = vec4(mix(base, vec3(0.19, 0.23, 0.30), fog), 1.0);\n"
     "}\n";
@@ -162,16 +162,22 @@ osg::Matrixf Scene::getScreenModel(double angle) {
     return osg::Matrixf::rotate(angle, osg::Vec3d(0.0, 1.0, 0.0)) * osg::Matrixf::translate(2.25, -0.58, 1.4);
 }
 
-void Scene::drawMesh_(Mesh const& mesh, osg::Matrixf const& model, osg::Vec4f const& color, float textured) const {
+void Scene::drawMesh_(Mesh const& mesh, osg::Matrixf const& model, osg::Vec4f const& color, unsigned texture) const {
     // Row vectors stored by rows are GL's column vectors stored by columns.
     glUniformMatrix4fv(glGetUniformLocation(program_, "model"), 1, GL_FALSE, model.ptr());
     glUniform4f(glGetUniformLocation(program_, "color"), color.r(), color.g(), color.b(), color.a());
-    glUniform1f(glGetUniformLocation(program_, "textured"), textured);
+    glUniform1f(glGetUniformLocation(program_, "textured"), texture ? 1.0f : 0.0f);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    if (texture) {
+        // The toolkit samples by objects of its own and leaves the texture's parameters alone.
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    }
     glBindVertexArray(mesh.vertexArray);
     glDrawArrays(GL_TRIANGLES, 0, mesh.count);
 }
 
-void Scene::draw(osg::Vec2i const& size, unsigned texture) {
+void Scene::draw(osg::Vec2i const& size, Pictures const& pictures) {
     glViewport(0, 0, size.x(), size.y());
     glClearColor(0.19f, 0.23f, 0.30f, 1.0f);
     if (epoxy_is_desktop_gl())
@@ -189,30 +195,24 @@ void Scene::draw(osg::Vec2i const& size, unsigned texture) {
     glUniformMatrix4fv(glGetUniformLocation(program_, "viewProjection"), 1, GL_FALSE, viewProjection.ptr());
     glUniform1i(glGetUniformLocation(program_, "picture"), 0);
     glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, texture);
-    if (texture) {
-        // The toolkit samples by objects of its own and leaves the texture's parameters alone.
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    }
 
     using Matrix = osg::Matrixf;
     drawMesh_(box_, Matrix::scale(30.0, 0.05, 30.0) * Matrix::translate(0.0, -1.45, 0.0), {0.20f, 0.24f, 0.31f, 0.0f},
-              0.0f);
+              0);
     constexpr float columns[][3] = {{-4.2f, 1.9f, -2.5f}, {-2.6f, 1.1f, -5.0f}, {0.2f, 1.5f, -4.0f},
                                     {3.4f, 1.2f, -3.0f},  {5.2f, 2.2f, -6.0f},  {-6.5f, 1.4f, -6.5f}};
     for (auto const& [x, height, z] : columns)
         drawMesh_(box_, Matrix::scale(0.45, height, 0.45) * Matrix::translate(x, height - 1.4, z),
-                  {0.29f, 0.35f, 0.46f, 1.0f}, 0.0f);
+                  {0.29f, 0.35f, 0.46f, 1.0f}, 0);
     Matrix const cube = Matrix::rotate(angle_ * 1.5, osg::Vec3d(0.3, 1.0, 0.2)) * Matrix::scale(0.5, 0.5, 0.5) *
-                        Matrix::translate(-1.9, -0.6, 1.6);
-    drawMesh_(box_, cube, {0.36f, 0.45f, 0.62f, 1.0f}, 0.0f);
+                        Matrix::translate(0.05, -0.6, 1.6);
+    drawMesh_(box_, cube, {0.36f, 0.45f, 0.62f, 1.0f}, pictures.cube);
 
     Matrix const screen = getScreenModel(angle_);
     osg::Vec2f const half = getScreenHalfSize();
     drawMesh_(box_, Matrix::scale(half.x() + 0.05, half.y() + 0.05, 0.06) * Matrix::translate(0.0, 0.0, -0.07) * screen,
-              {0.13f, 0.15f, 0.19f, 1.0f}, 0.0f);
-    drawMesh_(screen_, screen, {0.10f, 0.12f, 0.16f, 1.0f}, texture ? 1.0f : 0.0f);
+              {0.13f, 0.15f, 0.19f, 1.0f}, 0);
+    drawMesh_(screen_, screen, {0.10f, 0.12f, 0.16f, 1.0f}, pictures.screen);
 
     glBindVertexArray(0);
     glUseProgram(0);

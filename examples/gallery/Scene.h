@@ -3,7 +3,8 @@
 #include <osg/Matrixf>
 #include <osg/Vec2i>
 
-/// The host's own picture in plain GL: a lit floor, columns, and a turning screen that shows a texture on its front.
+/// The host's own picture in plain GL: a lit floor, columns, a turning screen that shows a texture on its front, and a
+/// cube that shows another one on each side.
 /// Coordinates: metres, y up. The screen's front spans (-1, -1) to (1, 1) times its half size, seen from +z.
 class Scene {
 public:
@@ -12,9 +13,15 @@ public:
     Scene(Scene const&) = delete;
     Scene& operator=(Scene const&) = delete;
 
-    /// Draws into the bound framebuffer of `size` pixels, depth included. `texture` is a GL name with row 0 at the top,
-    /// premultiplied.
-    void draw(osg::Vec2i const& size, unsigned texture);
+    /// What the objects show: GL names with row 0 at the top, premultiplied; 0 for none.
+    struct Pictures {
+        unsigned screen = 0;
+        /// On each side.
+        unsigned cube = 0;
+    };
+
+    /// Draws into the bound framebuffer of `size` pixels, depth included.
+    void draw(osg::Vec2i const& size, Pictures const& pictures);
 
     static osg::Matrixf getProjection(osg::Vec2i const& size);
     static osg::Matrixf getView();
@@ -33,7 +40,7 @@ private:
 
     static Mesh makeBox(float x, float y, float z);
     static Mesh makeScreen();
-    void drawMesh_(Mesh const& mesh, osg::Matrixf const& model, osg::Vec4f const& color, float textured) const;
+    void drawMesh_(Mesh const& mesh, osg::Matrixf const& model, osg::Vec4f const& color, unsigned texture) const;
 
     unsigned program_ = 0;
     Mesh box_;

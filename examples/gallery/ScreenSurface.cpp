@@ -2,10 +2,8 @@
 
 #include <osg/Matrixd>
 
-#include <cmath>
 #include <cstdio>
 #include <string>
-#include <utility>
 
 #include "examples/gallery/Place.h"
 #include "examples/gallery/Scene.h"
@@ -15,24 +13,19 @@
 #include "gui_lib/controls/small/Panel.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/windows/Window.h"
-#include "platform/gl/vtxGLDevice.h"
 #include "platform/qor/Truncate.h"
-#include "platform/vtx/vtxFrameBuffer.h"
-#include "platform/vtx/vtxRenderer.h"
 
 namespace {
 
 /// Of the surface, units: the screen's proportions.
 constexpr int surfaceWidth = 400;
 constexpr int surfaceHeight = 250;
-/// The screen is seen from afar and from the side.
-constexpr int mipLevels = 4;
 /// Nothing of the surface is here.
 constexpr int outside = -10000;
 
 }  // namespace
 
-ScreenSurface::ScreenSurface() : surfaceId_(gui::GUI::get()->createSurface()) {
+ScreenSurface::ScreenSurface() : surfaceId_(gui::GUI::get()->createSurface()), picture_({surfaceWidth, surfaceHeight}) {
     gui::GUI::get()->setSurfaceMouseFunc(surfaceId_, [this](int x, int y) { return map_(x, y); });
 
     window_ = new gui::Window;
@@ -53,9 +46,8 @@ ScreenSurface::ScreenSurface() : surfaceId_(gui::GUI::get()->createSurface()) {
     int const width = window_->getView()->getSize().x() - 32;
     int const height = window_->getView()->getSize().y() - 84 - 16;
     auto* const panel = place(window_, new gui::Panel, {16, 84, width, height});
-    auto* const note = place(panel, new gui::Static, {16, 8, width - 32, height - 16},
-                             L"This window lies on an object of the scene, and the mouse finds its way here.");
-    note->getWidgetSkin()->getSkinData()->setTextWrapping(true);
+    placeNote(panel, {16, 8, width - 32, height - 16},
+              L"This window lies on an object of the scene, and the mouse finds its way here.");
     window_->setVisible(true);
 }
 
@@ -65,27 +57,9 @@ ScreenSurface::~ScreenSurface() {
 }
 
 void ScreenSurface::draw() {
-    vtxRenderer& renderer = *vtxRenderer::get();
-    float const scale = renderer.getScale();
-    retired_.reset();
-    if (!target_ || targetScale_ != scale) {
-        targetScale_ = scale;
-        // Whoever shows the old picture draws it once more in this frame.
-        retired_ = std::move(target_);
-        target_.reset(renderer.createFrameBuffer({surfaceWidth, surfaceHeight}, 0, mipLevels));
-    }
-    target_->renderToTarget([this, scale] {
-        osg::Vec2i const pixels(qor::truncateToInt(std::ceil(surfaceWidth * scale)),
-                                qor::truncateToInt(std::ceil(surfaceHeight * scale)));
-        gui::GUI::get()->drawToSurface(surfaceId_, pixels, {scale, scale}, 1.0f, 1.0f);
+    picture_.render([this](osg::Vec2i const& pixels, osg::Vec2f const& scale) {
+        gui::GUI::get()->drawToSurface(surfaceId_, pixels, scale, 1.0f, 1.0f);
     });
-}
-
-vtxTexture* ScreenSurface::getTexture() const { return target_ ? target_->getTexture() : nullptr; }
-
-unsigned ScreenSurface::getTextureName() const {
-    auto* const device = dynamic_cast<vtxGLDevice*>(&vtxRenderer::get()->getDevice());
-    return device && target_ ? device->getTextureName(vtxRenderer::get()->getDeviceTexture(*target_)) : 0;
 }
 
 osg::Vec2i ScreenSurface::map_(int x, int y) const {

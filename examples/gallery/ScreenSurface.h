@@ -1,12 +1,8 @@
 #pragma once
 
-#include <osg/Matrixf>
 #include <osg/Vec2i>
 
-#include <memory>
-
-class vtxFrameBuffer;
-class vtxTexture;
+#include "examples/gallery/PictureTarget.h"
 
 namespace gui {
 class Window;
@@ -27,9 +23,7 @@ public:
     /// Size of the main window, pixels.
     void setViewSize(osg::Vec2i const& pixels) { viewSize_ = pixels; }
 
-    vtxTexture* getTexture() const;
-    /// GL name; 0 without GL.
-    unsigned getTextureName() const;
+    PictureTarget const& getPicture() const { return picture_; }
     int getSurfaceId() const { return surfaceId_; }
     /// Where a point of the surface (its units) shows in the main window, raw pixels.
     osg::Vec2i project(osg::Vec2i const& point) const;
@@ -40,10 +34,7 @@ private:
     osg::Vec2i map_(int x, int y) const;
 
     int surfaceId_ = 0;
-    std::unique_ptr<vtxFrameBuffer> target_;
-    /// The one before a change of scale, for one frame.
-    std::unique_ptr<vtxFrameBuffer> retired_;
-    float targetScale_ = 0.0f;
+    PictureTarget picture_;
     gui::Window* window_ = nullptr;
     double angle_ = 0.0;
     osg::Vec2i viewSize_{1, 1};

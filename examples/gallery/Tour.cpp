@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "examples/gallery/Gallery.h"
+#include "gui_lib/controls/buttons/ToggleButton.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/windows/Window.h"
 #include "host/headless/HeadlessApplication.h"
@@ -18,8 +19,8 @@ namespace {
 
 using testkit::byText;
 
-/// Of the tour, seconds.
-constexpr double frameTime = 1.0 / 30.0;
+/// Of the tour, seconds: what lies between the stops is drawn too, so few frames make a quick tour.
+constexpr double frameTime = 1.0 / 15.0;
 
 /// Goes from stop to stop and leaves a picture, or a frame of the trace, at each.
 class Album {
@@ -87,6 +88,65 @@ void visitWindows(testkit::Driver& driver, Album& album, Gallery& gallery) {
     driver.click(byText("Button", "Yes"));
 }
 
+void visitModals(testkit::Driver& driver, Album& album) {
+    driver.answerModal([&] {
+        driver.answerModal([&] {
+            album.add("modal-over-modal");
+            driver.click(byText("Button", "Hint"));
+            album.add("popup-over-modal");
+            driver.click(byText("Button", "Back"));
+        });
+        driver.click(byText("Button", "More..."));
+        driver.click(byText("Button", "Save"));
+    });
+    driver.click(byText("Button", "Ask and wait..."));
+}
+
+void visitWindowsPage(testkit::Driver& driver, Album& album) {
+    testkit::Target const opener = byText("ToggleButton", "Windows");
+    driver.click(opener);
+    driver.click(byText("ToggleButton", "Overlays"));
+    driver.click(byText("Button", "Count"));
+    album.add("windows-page");
+    visitModals(driver, album);
+    driver.click(byText("Button", "Swap"));
+    driver.click(byText("Button", "Popup"));
+    album.add("popup");
+    driver.click(byText("Button", "Type..."));
+    driver.typeText("nirth");
+    album.add("keys-passed-on");
+    driver.click(byText("Button", "north"));
+    driver.click(byText("ToggleButton", "Overlays"));
+    driver.click(opener);
+}
+
+void visitEffectsPage(testkit::Driver& driver, Album& album) {
+    testkit::Target const opener = byText("ToggleButton", "Effects");
+    driver.click(opener);
+    driver.click(byText("Button", "Appear"));
+    driver.wait(0.6);
+    album.add("effects-page");
+    driver.click(byText("Button", "Pop in"));
+    driver.click(byText("Button", "Show or hide"));
+    driver.wait(0.4);
+    album.add("window-pops-in");
+    driver.wait(0.7);
+    driver.click(byText("Button", "Show or hide"));
+    driver.wait(1.1);
+    driver.click(opener);
+}
+
+/// Every page that is made from a file, one after the other.
+void visitFiles(testkit::Driver& driver, Album& album, Gallery& gallery) {
+    for (GalleryPages::Page const& page : gallery.getPages().getPages()) {
+        if (page.file.empty())
+            continue;
+        driver.click(*page.button.get());
+        album.add(("page-" + std::filesystem::path(page.file).stem().string()).c_str());
+        driver.click(*page.button.get());
+    }
+}
+
 void visitScreen(testkit::Driver& driver, Album& album, Gallery& gallery) {
     gallery.setTurning(false);
     gallery.setAngle(-0.45);
@@ -104,6 +164,9 @@ bool visitAll(testkit::Driver& driver, Album& album, Gallery& gallery, Options c
     album.add("start");
     visitControls(driver, album);
     visitWindows(driver, album, gallery);
+    visitWindowsPage(driver, album);
+    visitEffectsPage(driver, album);
+    visitFiles(driver, album, gallery);
     // What follows is not done by input alone, which is all that a recording holds.
     if (!options.record.empty())
         return true;

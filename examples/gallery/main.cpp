@@ -11,6 +11,7 @@
 #include "examples/gallery/Gallery.h"
 #include "examples/gallery/Options.h"
 #include "examples/gallery/Tour.h"
+#include "examples/gallery/Watch.h"
 #include "host/Assets.h"
 #include "host/headless/HeadlessApplication.h"
 #include "host/sdl/SdlApplication.h"
@@ -53,6 +54,7 @@ int runWindowed(Options const& options) {
     bool passed = application->start(getHostOptions(options));
     if (passed) {
         Gallery gallery(*application, options);
+        Watch const watch(*application, gallery.getPages(), true);
         application->run();
         passed = !recorder || recorder->finish();
     }
@@ -117,6 +119,7 @@ int runReplay(Options options) {
     bool passed = application->start(replay->getOptions());
     if (passed) {
         Gallery gallery(*application, options);
+        Watch const watch(*application, gallery.getPages(), options.watch);
         passed = playRecording(*application, *replay, options);
     }
     replay.reset();
@@ -130,6 +133,7 @@ int runHeadless(Options const& options) {
     bool passed = application->start(getHostOptions(options));
     if (passed) {
         Gallery gallery(*application, options);
+        Watch const watch(*application, gallery.getPages(), options.watch);
         passed = playTour(*application, gallery, options);
         passed = (!recorder || recorder->finish()) && passed;
     }

@@ -8,6 +8,7 @@
 #include "gui_lib/Skin/SkinTableCache.h"
 #include "gui_lib/Skin/StateInfo.h"
 #include "gui_lib/Skin/luautil.h"
+#include "gui_lib/layouts/MeasurePass.h"
 #include "platform/qor/Log.h"
 #include "platform/qor/Lua.h"
 #include "platform/qor/Truncate.h"
@@ -70,6 +71,7 @@ void Data::setOwner(Skin* newOwner) { owner = newOwner; }
 Skin* Data::getOwner() const { return owner; }
 
 void Data::ownerSkinUpdateWidget(bool sizeDirty) {
+    MeasurePass::forgetAll();
     if (owner)
         owner->updateWidget(sizeDirty);
 }
@@ -188,6 +190,7 @@ Text::Info const* Data::getText(InteractiveState state, int inner) const {
 }
 
 Data::StateTable& Data::editStates_() {
+    MeasurePass::forgetAll();
     if (states.use_count() > 1)
         states = std::allocate_shared<StateTable>(qor::allocator<StateTable>(), *states);
     return *states;
@@ -251,12 +254,16 @@ char const* Data::getInteractiveStateName_(InteractiveState state) {
 // --- From Lua ---
 
 void Data::loadParams(lua_State* L) {
+    MeasurePass::forgetAll();
     luautil::KeyScope const params(L, "params");
     if (params.isTable())
         loadParams_(L);
 }
 
-void Data::loadParamsFromTable(lua_State* L) { loadParams_(L); }
+void Data::loadParamsFromTable(lua_State* L) {
+    MeasurePass::forgetAll();
+    loadParams_(L);
+}
 
 void Data::loadParams_(lua_State* L) {
     // Without a table nothing is read, so that an absent colour is not set to zeros either.
@@ -304,6 +311,7 @@ void Data::loadStates(lua_State* L) {
     luautil::KeyScope const table(L, "states");
     if (!table.isTable())
         return;
+    MeasurePass::forgetAll();
     bool const keep = states->empty() && SkinTableCache::getUsable(L);
     if (keep) {
         if (std::shared_ptr<StateTable> known = SkinTableCache::find<StateTable>(L, typeid(*this))) {
@@ -387,6 +395,7 @@ void Data::unloadState_(lua_State* L, InteractiveState state, InnerTable const& 
 void Data::copyTo(Data* other) const {
     if (!other || other == this)
         return;
+    MeasurePass::forgetAll();
     copyParams_(other);
     for (auto const& [state, inners] : *states)
         for (auto const& [inner, entry] : inners)

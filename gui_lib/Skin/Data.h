@@ -93,6 +93,7 @@ public:
 
 protected:
     friend class Skin;
+    friend class SkinReload;
 
     virtual void loadState_(lua_State* L, InteractiveState state);
     virtual void unloadState_(lua_State* L, InteractiveState state, InnerTable const& inners) const;
@@ -106,6 +107,13 @@ protected:
     virtual void ownerSkinUpdateWidget(bool sizeDirty);
     /// A new entry of the class that this data uses, a copy of `source` unless that is null.
     virtual std::shared_ptr<StateInfo> makeStateInfo_(StateInfo const* source) const;
+
+    /// Data of this class as it is before anything is read. Without it a derived class keeps what a reloaded skin file
+    /// no longer says.
+    virtual std::unique_ptr<Data> makeNew_() const;
+    /// After a reload: gives the looks of one entry those fields in which `was` differs from `before`, which is what
+    /// the program changed. A derived class with more in its `StateInfo` calls up and does the same with that.
+    virtual void keepChanges_(Data const& was, Data const& before, InteractiveState state, int inner);
 
     /// For `makeStateInfo_`; `Info` is the class of every entry of this data.
     template <class Info>
@@ -142,6 +150,9 @@ private:
     /// The parameters of this class, in the order of its fields.
     using ParamValues = std::tuple<osg::Vec2i, osg::Vec2i, Insets, bool, bool, int, Insets, osg::Vec4f, Insets>;
 
+    /// Becomes `after`, but for what differs from `before`: that the program has changed. `scratch` is for values.
+    void reload_(Data const& before, Data const& after, lua_State* scratch);
+    void reloadParams_(Data const& before, Data const& after, lua_State* scratch);
     ParamValues getParamValues_() const;
     void setParamValues_(ParamValues const& values);
     template <class Info>

@@ -8,6 +8,7 @@
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/FocusRect.h"
 #include "gui_lib/Skin/TargetWidgetScope.h"
+#include "gui_lib/Skin/TextMeasure.h"
 #include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/base/textutil.h"
 #include "gui_lib/effects/ShaderEffect.h"
@@ -16,6 +17,7 @@
 #include "gui_lib/graphics/GraphicCommandGuards.h"
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "gui_lib/graphics/ScratchGraphicCommands.h"
+#include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/widget/Widget.h"
 #include "platform/qor/Truncate.h"
 #include "platform/vtx/vtxFrameBuffer.h"
@@ -49,6 +51,7 @@ Skin::Skin(Widget* newWidget, bool makeData) : widget(newWidget) {
 }
 
 Skin::~Skin() {
+    forgetNames_();
     Skin::clearSkinData_();
     delete bkg;
     delete text;
@@ -63,6 +66,7 @@ void Skin::setWidget(Widget* newWidget) {
     if (newWidget == widget)
         return;
     widget = newWidget;
+    MeasurePass::forgetAll();
     // What is laid out belongs to the widget before.
     textChanged = true;
     sizeChanged = true;
@@ -70,6 +74,7 @@ void Skin::setWidget(Widget* newWidget) {
 
 void Skin::setSkinData(Data* newData, bool owned) {
     if (newData != data) {
+        forgetNames_();
         clearSkinData_();
         data = newData;
         if (data)
@@ -78,6 +83,7 @@ void Skin::setSkinData(Data* newData, bool owned) {
     if (data)
         data->setOwner(this);
     ownsData = owned;
+    MeasurePass::forgetAll();
 }
 
 void Skin::clearSkinData_() {
@@ -85,6 +91,7 @@ void Skin::clearSkinData_() {
     data = nullptr;
     if (!old)
         return;
+    MeasurePass::forgetAll();
     if (dataUserIndex_ >= 0)
         old->removeUser_(this);
     if (ownsData)
@@ -98,9 +105,14 @@ void Skin::copyTo(Skin* other) const {
         data->copyTo(other->data);
     other->targetMsaa = targetMsaa;
     other->targetMips = targetMips;
+    if (!names_.empty() && other->names_ != names_) {
+        other->forgetNames_();
+        other->addName_(names_);
+    }
 }
 
 void Skin::updateWidget(bool sizeDirty) {
+    MeasurePass::forgetAll();
     if (!widget)
         return;
     widget->setDirty(Widget::DirtySelf);
@@ -199,16 +211,18 @@ osg::Vec2i Skin::calcTextSize_(InteractiveState state, int inner) {
 
 osg::Vec2i Skin::calcTextSize2_(qor::basic_string<wchar_t> const& theText, Text::Info const& info,
                                 osg::Vec2i const& size) {
-    if (!data)
+    if (!data || theText.empty())
         return osg::Vec2i();
     Text measured;
     measured.set(info);
     measured.setWrapping(data->getTextWrapping());
     measured.setUseEllipsis(data->getUseEllipsis());
     measured.setInsets(data->getInsets());
+    if (!textMeasure_)
+        textMeasure_ = std::make_unique<TextMeasure>();
     if (textutil::getTextHasTabs(theText))
-        return measured.calcSize(textutil::replaceTabsBySpaces(theText), size);
-    return measured.calcSize(theText, size);
+        return textMeasure_->calcSize(measured, textutil::replaceTabsBySpaces(theText), size);
+    return textMeasure_->calcSize(measured, theText, size);
 }
 
 osg::RectImpl<osg::Vec2i> Skin::getFocusRectBounds_() const {
@@ -235,6 +249,8 @@ void Skin::redraw_() {
     }
     textChanged = false;
     sizeChanged = false;
+    // A picture that exists may count with another size than its description.
+    MeasurePass::forgetAll();
 }
 
 void Skin::redrawBkg_(InteractiveState state, int inner) {
@@ -341,7 +357,7 @@ void Skin::draw() {
     vtxRenderer::OpacityGuard const opacity(widget->getOpacity());
     if (!target) {
         draw_();
-    } else if (effect) {
+    } else if (effect && effect->getHasShader()) {
         effect->setTexture(targetImage->getTexture());
         effect->draw();
     } else {
@@ -399,7 +415,7 @@ void Skin::make(GraphicCommands* commands) {
         make_(inner.get());
     }
     commands->drawToTarget(target, getWidgetNonZoomedSize_(), inner->getCommands());
-    if (effect) {
+    if (effect && effect->getHasShader()) {
         effect->setTexture(targetImage->getTexture());
         effect->make(commands);
     } else {

@@ -27,6 +27,7 @@ namespace skin {
 class Data;
 class ShaderEffect;
 class ShaderEffectParams;
+class TextMeasure;
 
 /// The visual half of a widget: it holds the drawables, rebuilds them from a `Data` for the widget's state, and draws
 /// or records them. Where the widget draws to a target it renders into a frame buffer of its own first. Coordinates:
@@ -43,7 +44,8 @@ public:
 
     /// Natural size: that of the released state with inner state 1, whatever the widget's state.
     virtual osg::Vec2i calcSize();
-    /// Reads the skin called `name` of GUI's skin file.
+    /// Reads the skin called `name` of GUI's skin file, and again whenever the skin file is reloaded: what the program
+    /// has changed since stays as the program wants it.
     virtual void load(qor::basic_string<char> const& name);
     /// Reads the skin table on the top of the stack and marks the widget. What cannot be read is skipped.
     virtual void loadFromScript(lua_State* L);
@@ -61,17 +63,25 @@ public:
     virtual void setSizeChanged();
     virtual void beginClipByInsets();
     virtual void endClipByInsets();
-    /// Gives `other` the parameters, looks and target settings but the target size. Marks nothing; null is ignored.
+    /// Gives `other` the parameters, looks and target settings but the target size, and the names by which this one was
+    /// loaded, if any. Marks nothing; null is ignored.
     virtual void copyTo(Skin* other) const;
     /// Replaces the effect; a null name removes it. `params` may be null.
     virtual void setShaderEffect(char const* name, ShaderEffectParams const* params);
     virtual ShaderEffect* getShaderEffect() const;
+
+    // --- Live reload ---
+    /// Notes that `name` was loaded; GUI does so.
+    void setLoadedName(qor::basic_string<char> const& name);
+    /// All that is laid out counts as old: pictures, fonts and looks have changed. Marks the widget.
+    void setAllChanged();
 
     // --- Owner and data ---
     Widget* getWidget() const { return widget; }
     /// For skins that one widget lends to another; null lets go. Marks nothing.
     void setWidget(Widget* newWidget);
     /// Takes `newData` over if `owned`, otherwise borrows it; its owner becomes this skin. Null leaves the skin empty.
+    /// A skin with other data than before is no longer the one that was loaded by name.
     void setSkinData(Data* newData, bool owned);
     Data* getSkinData() const { return data; }
     /// The lines as they are laid out, brought up to date first. Good until the next redraw.
@@ -89,6 +99,7 @@ public:
 protected:
     friend class Data;
     friend class ShaderEffectManager;
+    friend class SkinReload;
 
     /// The widget's size at zoom 1, for which all drawables are built.
     virtual osg::Vec2i getWidgetNonZoomedSize_() const;
@@ -176,13 +187,25 @@ private:
         int tabSpaces;
     };
 
+    static Skin*& getFirstNamed_();
+    static Skin*& getLastNamed_();
+    void addName_(qor::basic_string<char> const& name);
+    void forgetNames_();
+    void readData_(lua_State* L, Data& target);
     osg::Vec2i getWantedTargetSize_() const;
     bool getClipByInsets_(osg::RectImpl<osg::Vec2i>& rect) const;
 
     /// Null unless the text has tabs.
     std::unique_ptr<ExpandedText> expanded_;
+    /// Null until a text was measured.
+    std::unique_ptr<TextMeasure> textMeasure_;
     /// Place among the data's users; -1 outside.
     int dataUserIndex_ = -1;
+    /// The names by which it was loaded, each with an end of line, in the order of loading. Skins with names are linked
+    /// in the order in which they were loaded last.
+    qor::basic_string<char> names_;
+    Skin* previousNamed_ = nullptr;
+    Skin* nextNamed_ = nullptr;
 };
 
 }  // namespace skin

@@ -1,5 +1,6 @@
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
+#include "gui_lib/Skin/SkinReload.h"
 #include "gui_lib/Skin/SkinTableCache.h"
 #include "gui_lib/Skin/luautil.h"
 #include "gui_lib/frame/GUI.h"
@@ -42,9 +43,17 @@ void Skin::loadSkin_(lua_State* L) {
 void Skin::loadSkinData_(lua_State* L) {
     if (!data)
         return;
-    data->loadParams(L);
-    data->loadStates(L);
+    readData_(L, *data);
     data->setLoaded();
+}
+
+void Skin::readData_(lua_State* L, Data& target) {
+    if (SkinReload* const reload = SkinReload::getRunning()) {
+        reload->read(L, target);
+        return;
+    }
+    target.loadParams(L);
+    target.loadStates(L);
 }
 
 void Skin::loadSubSkins_(lua_State*) {}
@@ -56,8 +65,7 @@ void Skin::loadSubSkin_(lua_State* L, char const* name, Data& target) {
     luautil::KeyScope const skinData(L, "skinData");
     if (!skinData.isTable())
         return;
-    target.loadParams(L);
-    target.loadStates(L);
+    readData_(L, target);
 }
 
 void Skin::loadSubSkin_(lua_State* L, char const* name, Skin* target) {

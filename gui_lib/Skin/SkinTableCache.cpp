@@ -94,6 +94,14 @@ std::shared_ptr<void> SkinTableCache::find_(lua_State* L, std::type_info const& 
     return found == entries->end() ? nullptr : found->second;
 }
 
+void SkinTableCache::clear(lua_State* L) {
+    qor::LuaStackGuard const guard(L);
+    lua_checkstack(L, 4);
+    lua_pushlightuserdata(L, const_cast<char*>(&registryKey));
+    lua_pushnil(L);
+    lua_rawset(L, LUA_REGISTRYINDEX);
+}
+
 void SkinTableCache::keep(lua_State* L, std::type_info const& reader, std::shared_ptr<void> content) {
     // Making Lua objects may hit the memory limit; without them nothing is kept.
     qor::luaProtected(L, -1, [&](lua_State* state) {

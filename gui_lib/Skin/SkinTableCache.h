@@ -32,6 +32,9 @@ public:
     }
     static void keep(lua_State* L, std::type_info const& reader, std::shared_ptr<void> content);
 
+    /// Forgets everything; the tables may be collected.
+    static void clear(lua_State* L);
+
 private:
     static std::shared_ptr<void> find_(lua_State* L, std::type_info const& reader);
 

@@ -55,8 +55,13 @@ void Skin::updateTarget_() {
     if (target && (target->getSize() != getWantedTargetSize_() || target->getMsaa() != std::max(targetMsaa, 0) ||
                    target->getMips() != std::max(targetMips, 1)))
         deleteTarget_();
-    if (!target)
+    if (!target) {
         createTarget_();
+    } else if (sizeChanged && target->getSize() == getWidgetNonZoomedSize_()) {
+        // Zoom and size may change together, and the target fits still.
+        targetImage->setDirty(true);
+        targetImage->redraw(widget->getSize());
+    }
 }
 
 void Skin::createTarget_() {

@@ -3,9 +3,12 @@
 #include "gui_lib/base/easing/EasingType.h"
 #include "gui_lib/effects/ShaderEffectManager.h"
 #include "gui_lib/effects/ShaderEffectParams.h"
+#include "gui_lib/frame/GUI.h"
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "gui_lib/widget/Widget.h"
 #include "gui_lib/widget/WidgetHandler.h"
+#include "platform/qor/Log.h"
+#include "platform/qor/Truncate.h"
 #include "platform/vtx/vtxEffectShader.h"
 #include "platform/vtx/vtxGeometry.h"
 #include "platform/vtx/vtxRenderer.h"
@@ -56,7 +59,10 @@ std::function<void()> ShaderEffect::getDrawFunc_() const {
 }
 
 std::function<void(osg::Vec2i const&)> ShaderEffect::getRedrawFunc_() {
-    return [this](osg::Vec2i const& size) { redrawQuad_(size); };
+    return [this](osg::Vec2i const& size) {
+        prepareShader_();
+        redrawQuad_(size);
+    };
 }
 
 void ShaderEffect::drawPass_(int primitiveCount) const {
@@ -86,6 +92,44 @@ void ShaderEffect::redrawQuad_(osg::Vec2i const& size) {
         geometry.reset(vtxRenderer::get()->createGeometry(quadVertices_, {0, 1, 2, 0, 2, 3}));
 }
 
+osg::Vec2f ShaderEffect::getShareOfScreen(osg::Vec2f const& size) {
+    osg::Vec2i const screen = GUI::get() ? GUI::get()->getScreenSize() : osg::Vec2i();
+    return osg::Vec2f(screen.x() > 0 ? size.x() / float(screen.x()) : 0.0f,
+                      screen.y() > 0 ? size.y() / float(screen.y()) : 0.0f);
+}
+
 ShaderEffect::EasingFunc ShaderEffect::getEasingFunc_(int type) { return getEasingFunction(type); }
+
+ShaderEffect::EasingFunc ShaderEffect::readEasing_(ShaderEffectParams const& params, char const* name) {
+    return getEasingFunc_(qor::truncateToInt(params.getParam(name, float(defaultEasing))));
+}
+
+// --- Shader ---
+
+void ShaderEffect::createShader_(char const* path, char const* failure) {
+    vtxRenderer* const renderer = vtxRenderer::get();
+    if (!renderer)
+        return;
+    failure_ = failure;
+    qor::string cause;
+    shader = renderer->createEffectShader(path, &cause);
+    if (!shader)
+        logFailure_(cause.c_str());
+}
+
+int ShaderEffect::findParameter_(char const* name) const { return shader ? shader->getParameter(name) : invalidHandle; }
+
+void ShaderEffect::prepareShader_() {
+    qor::string cause;
+    if (!shader || shader->prepare(cause))
+        return;
+    shader = nullptr;
+    logFailure_(cause.c_str());
+}
+
+void ShaderEffect::logFailure_(char const* cause) const {
+    qor_logf("VORLEX", 64, "%s", failure_ ? failure_ : "Unable to create ShaderEffect!");
+    qor_logf("VORLEX", 64, "%s", cause);
+}
 
 }  // namespace gui::skin

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#include <osg/Vec2f>
 #include <osg/Vec2i>
 
 #include "platform/qor/Api.h"
@@ -52,6 +53,11 @@ public:
     float getStartTime() const { return startTime; }
     float getCurrTime() const { return currTime; }
     float getDuration() const { return duration; }
+    /// False if its effect file cannot be used, which was logged; then it draws nothing, and its owner is drawn
+    /// without.
+    bool getHasShader() const { return shader != nullptr; }
+    /// A size in GUI units as shares of the screen's, as effect files take sizes.
+    static osg::Vec2f getShareOfScreen(osg::Vec2f const& size);
 
 protected:
     using EasingFunc = std::function<float(float, float, float, float)>;
@@ -65,8 +71,20 @@ protected:
 
     /// The easing function of a number, called with (elapsed time, start value, total change, duration).
     static EasingFunc getEasingFunc_(int type);
+    /// The easing function whose number stands in the parameters, by default the linear one.
+    static EasingFunc readEasing_(ShaderEffectParams const& params, char const* name);
+    /// Loads the effect file; where that fails, or where the shader cannot be made at its first `doRedraw`, `failure`
+    /// is logged and the cause after it. The text must last.
+    void createShader_(char const* path, char const* failure);
+    /// The shader's parameter; `invalidHandle` without a shader.
+    int findParameter_(char const* name) const;
+    /// Gives the shader up if it cannot be made; part of the redraw function.
+    void prepareShader_();
     /// What the draw function does: a pass over `primitiveCount` triangles of the geometry.
     void drawPass_(int primitiveCount) const;
+
+    /// Linear::easeIn.
+    static constexpr int defaultEasing = 1;
 
     /// What `vtxEffectShader::getParameter` gives for a parameter that does not exist.
     int const invalidHandle = -1;
@@ -82,7 +100,9 @@ private:
     friend class ShaderEffectManager;
 
     void redrawQuad_(osg::Vec2i const& size);
+    void logFailure_(char const* cause) const;
 
+    char const* failure_ = nullptr;
     qor::vector<vtxVertex> quadVertices_;
     /// Place in the manager, and how often it has handed this effect out.
     int kind_ = -1;

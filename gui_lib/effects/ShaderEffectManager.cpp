@@ -5,7 +5,10 @@
 
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/base/UpdateManager.h"
-#include "gui_lib/effects/ShaderEffect.h"
+#include "gui_lib/effects/ShaderEffectAlpha.h"
+#include "gui_lib/effects/ShaderEffectAppearQuads.h"
+#include "gui_lib/effects/ShaderEffectFlickerQuads.h"
+#include "gui_lib/effects/ShaderEffectShowMsg.h"
 #include "gui_lib/widget/Widget.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "platform/qor/Log.h"
@@ -17,6 +20,10 @@ ShaderEffectManager* ShaderEffectManager::instance_ = nullptr;
 // --- Life ---
 
 ShaderEffectManager::ShaderEffectManager() : target([this](double time) { updateEffects_(time); }) {
+    addKind("alpha", [] { return new ShaderEffectAlpha; });
+    addKind("showMsg", [] { return new ShaderEffectShowMsg; });
+    addKind("flickerQuads", [] { return new ShaderEffectFlickerQuads; });
+    addKind("appearQuads", [] { return new ShaderEffectAppearQuads; });
     UpdateManager::get().addTarget(&target);
 }
 
@@ -58,7 +65,7 @@ int ShaderEffectManager::addKind(std::string_view name, Factory factory) {
     int const known = findKind_(name);
     if (known >= 0)
         return known;
-    kinds.push_back(std::make_unique<Kind>(Kind{qor::string(name), std::move(factory), {}}));
+    kinds.push_back(std::make_unique<Kind>(Kind{qor::string(name), std::move(factory), {}, 0}));
     return static_cast<int>(kinds.size()) - 1;
 }
 
@@ -83,7 +90,8 @@ ShaderEffect* ShaderEffectManager::getEffect(int kind) {
     if (kind < 0 || kind >= static_cast<int>(kinds.size()))
         return nullptr;
     qor::vector<EffectSlot>& slots = kinds[kind]->slots;
-    auto found = std::find_if(slots.begin(), slots.end(), [](EffectSlot const& slot) { return !slot.inUse; });
+    auto const isIdle = [](EffectSlot const& slot) { return !slot.inUse; };
+    auto found = std::find_if(slots.begin() + std::ptrdiff_t(kinds[kind]->firstIdle), slots.end(), isIdle);
     if (found == slots.end()) {
         ShaderEffect* const made = kinds[kind]->factory();
         if (!made)
@@ -92,6 +100,7 @@ ShaderEffect* ShaderEffectManager::getEffect(int kind) {
         made->slot_ = static_cast<int>(slots.size());
         found = slots.insert(slots.end(), EffectSlot{made, false});
     }
+    kinds[kind]->firstIdle = std::size_t(found - slots.begin()) + 1;
     found->inUse = true;
     ShaderEffect* const effect = found->effect;
     ++effect->useCount_;
@@ -116,7 +125,37 @@ void ShaderEffectManager::destroyEffect(ShaderEffect* effect) {
         return;
     effect->setOwner(nullptr);
     slot->inUse = false;
+    std::size_t& firstIdle = kinds[effect->kind_]->firstIdle;
+    firstIdle = std::min(firstIdle, std::size_t(effect->slot_));
 }
+
+// --- The toolkit's own kinds ---
+
+ShaderEffectAlpha* ShaderEffectManager::getAlphaEffect() {
+    return static_cast<ShaderEffectAlpha*>(getEffect(KindAlpha));
+}
+
+ShaderEffectShowMsg* ShaderEffectManager::getShowMsgEffect() {
+    return static_cast<ShaderEffectShowMsg*>(getEffect(KindShowMsg));
+}
+
+ShaderEffectFlickerQuads* ShaderEffectManager::getFlickerQuadsEffect() {
+    return static_cast<ShaderEffectFlickerQuads*>(getEffect(KindFlickerQuads));
+}
+
+ShaderEffectAppearQuads* ShaderEffectManager::getAppearQuadsEffect() {
+    return static_cast<ShaderEffectAppearQuads*>(getEffect(KindAppearQuads));
+}
+
+void ShaderEffectManager::destroyAlphaEffect(ShaderEffectAlpha* effect) { destroyEffect(effect); }
+
+void ShaderEffectManager::destroyShowMsgEffect(ShaderEffectShowMsg* effect) { destroyEffect(effect); }
+
+void ShaderEffectManager::destroyFlickerQuadsEffect(ShaderEffectFlickerQuads* effect) { destroyEffect(effect); }
+
+void ShaderEffectManager::destroyAppearQuadsEffect(ShaderEffectAppearQuads* effect) { destroyEffect(effect); }
+
+// --- Use ---
 
 bool ShaderEffectManager::getInUse(ShaderEffect const* effect) const {
     EffectSlot const* const slot = findSlot_(effect);

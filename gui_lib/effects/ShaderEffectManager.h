@@ -17,9 +17,14 @@ class GUI;
 namespace skin {
 
 class ShaderEffect;
+class ShaderEffectAlpha;
+class ShaderEffectAppearQuads;
+class ShaderEffectFlickerQuads;
+class ShaderEffectShowMsg;
 
 /// Makes shader effects by name, keeps them for reuse and drives their clock.
-/// Effects come in kinds, each with a name and a function that makes one; a host may add kinds of its own.
+/// Effects come in kinds, each with a name and a function that makes one: "alpha", "showMsg", "flickerQuads",
+/// "appearQuads", and what a host adds.
 /// Lifetime: made and ended by GUI; all effects die with it.
 class VORLEX_API ShaderEffectManager {
 public:
@@ -38,13 +43,23 @@ public:
     /// gives null.
     ShaderEffect* getEffect(char const* name);
     ShaderEffect* getEffect(int kind);
+    ShaderEffectAlpha* getAlphaEffect();
+    ShaderEffectShowMsg* getShowMsgEffect();
+    ShaderEffectFlickerQuads* getFlickerQuadsEffect();
+    ShaderEffectAppearQuads* getAppearQuadsEffect();
     /// Makes an effect idle; it stays alive for its next use. Anything that is not in use is ignored.
     void destroyEffect(ShaderEffect* effect);
+    void destroyAlphaEffect(ShaderEffectAlpha* effect);
+    void destroyShowMsgEffect(ShaderEffectShowMsg* effect);
+    void destroyFlickerQuadsEffect(ShaderEffectFlickerQuads* effect);
+    void destroyAppearQuadsEffect(ShaderEffectAppearQuads* effect);
     bool getInUse(ShaderEffect const* effect) const;
 
 private:
     friend class gui::GUI;
 
+    /// The toolkit's own, in the order in which they are ticked.
+    enum { KindAlpha, KindShowMsg, KindFlickerQuads, KindAppearQuads };
     struct EffectSlot {
         ShaderEffect* effect = nullptr;
         bool inUse = false;
@@ -53,6 +68,7 @@ private:
         qor::basic_string<char> name;
         Factory factory;
         qor::vector<EffectSlot> slots;
+        std::size_t firstIdle = 0;  ///< no slot before it is idle
     };
     class Target final : public UpdateTarget {
     public:

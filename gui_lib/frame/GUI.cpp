@@ -2,6 +2,7 @@
 
 #include "gui_lib/Skin/Image.h"
 #include "gui_lib/Skin/Skin.h"
+#include "gui_lib/Skin/SkinFile.h"
 #include "gui_lib/base/Application.h"
 #include "gui_lib/base/UpdateManager.h"
 #include "gui_lib/effects/ShaderEffectManager.h"
@@ -94,11 +95,14 @@ void GUI::initialize_(qor::basic_string<char> const& skinFile, osg::Vec2i const&
 void GUI::initSkinLuaState_(qor::basic_string<char> const& skinFile) {
     luaState = QOR_lua_open("gui::GUI::initSkinLuaState_");
     QOR_lua_openlibs(luaState);
-    if (QOR_lua_loadfile(luaState, skinFile.c_str()) != 0 || QOR_lua_pcall(luaState, 0, 0, 0) != 0) {
+    {
+        skin::SkinFile file(luaState);
         qor::basic_string<char> error;
-        qor::luaToString(luaState, -1, error);
-        throw Exception("Cannot load gui skin from " + skinFile + "!\nError:" + error + "\n");
+        if (!file.run(skinFile, error))
+            throw Exception("Cannot load gui skin from " + skinFile + "!\nError:" + error + "\n");
+        file.keep();
     }
+    skinFile_ = skinFile;
     qor::LuaStackGuard const guard(luaState);
     if (qor::luaGetGlobal(luaState, "Skin") != LUA_TTABLE)
         throw Exception("Global Skin table not loaded!\n");
@@ -107,10 +111,11 @@ void GUI::initSkinLuaState_(qor::basic_string<char> const& skinFile) {
 void GUI::destroy() {
     if (!instance_)
         return;
-    if (instance_->busy_ > 0 || (UpdateManager::exists() && UpdateManager::get().getUpdating())) {
-        qor_logf(
-            logTag, logError,
-            "GUI::destroy ignored: it was called from inside a message, a tick or a pass. Call it between frames.");
+    if (instance_->busy_ > 0 || (UpdateManager::exists() && UpdateManager::get().getUpdating()) ||
+        qor::isLuaRunning(instance_->luaState)) {
+        qor_logf(logTag, logError,
+                 "GUI::destroy ignored: it was called from inside a message, a tick, a pass or a script. Call it "
+                 "between frames.");
         return;
     }
     delete instance_;
@@ -137,7 +142,7 @@ GUI::~GUI() {
 // --- Frame ---
 
 void GUI::redraw(bool all) {
-    BusyScope const busy(*this);
+    PassScope const running(*this);
     if (all)
         for (SurfaceEntry& surface : surfaces)
             surface.windowsManager->redrawAll();
@@ -145,13 +150,13 @@ void GUI::redraw(bool all) {
 }
 
 void GUI::parse() {
-    BusyScope const busy(*this);
+    PassScope const running(*this);
     for (std::size_t i = 0; i < surfaces.size(); ++i)
         surfaces[i].windowsManager->parse();
 }
 
 void GUI::doRedraw() {
-    BusyScope const busy(*this);
+    PassScope const running(*this);
     vtxRenderer& renderer = *vtxRenderer::get();
     renderer.getFontManager()->doRedraw();
     bkgPicture->doRedraw();
@@ -162,7 +167,7 @@ void GUI::doRedraw() {
 }
 
 void GUI::draw() {
-    BusyScope const busy(*this);
+    PassScope const running(*this);
     vtxRenderer& renderer = *vtxRenderer::get();
     int const width = Application::get()->getWidth();
     int const height = Application::get()->getHeight();
@@ -220,7 +225,7 @@ void GUI::drawIntoTarget_(osg::Vec2i const& size, osg::Vec2f const& scale, float
         osg::Vec2i screenPosition_;
     };
 
-    BusyScope const busy(*this);
+    PassScope const running(*this);
     vtxRenderer& renderer = *vtxRenderer::get();
     vtxRenderer::ProjectionMatrixGuard projection;
     vtxRenderer::ViewportGuard const viewport(osg::RectImpl<osg::Vec2i>(0, 0, size.x(), size.y()));
@@ -363,6 +368,7 @@ osg::Vec2i GUI::convertToRawScreenPosition(int x, int y) const {
 // --- Settings ---
 
 void GUI::setBkgPicture(qor::basic_string<char> const& file, bool fill) {
+    bkgFile_ = file;
     bkgPicture->setTexture(file, osg::RectImpl<osg::Vec2i>());
     bkgPicture->setAlign(Align2(Align(Align::Center, 0), Align(Align::Center, 0)));
     bkgPicture->setResizeToFill(fill);
@@ -390,18 +396,13 @@ GUI::DisableClippingGuard::~DisableClippingGuard() {
 void GUI::loadSkin(qor::basic_string<char> const& name, skin::Skin& target) {
     if (!luaState)
         return;
+    // A name that gives nothing now may do so after a reload.
+    target.setLoadedName(name);
     qor::LuaStackGuard const guard(luaState);
-    if (qor::luaGetGlobal(luaState, "Skin") != LUA_TTABLE)
-        return;
-    if (qor::luaGetField(luaState, -1, name.c_str()) != LUA_TFUNCTION)
-        return;
-    if (QOR_lua_pcall(luaState, 0, 1, 0) != 0) {
-        qor::basic_string<char> error;
-        qor::luaToString(luaState, -1, error);
+    qor::basic_string<char> error;
+    if (!skin::SkinFile::callFunction(luaState, name, error))
         qor_logf(logTag, logError, "Skin loading failed! Error: %s\n", error.c_str());
-        return;
-    }
-    if (lua_type(luaState, -1) == LUA_TTABLE)
+    else if (lua_istable(luaState, -1))
         target.loadFromScript(luaState);
 }
 

@@ -206,8 +206,24 @@ public:
     // --- Skins ---
     /// Fills a skin from the skin file's function `name`; a failing function is logged and leaves the skin as it was.
     void loadSkin(qor::basic_string<char> const& name, skin::Skin& target);
+    /// Runs a skin file, in force or not, and brings all that was loaded by name in line, as if the program had started
+    /// with it; what the program has changed in a skin stays. Changed pictures and fonts are read anew; one that cannot
+    /// be read stays, with a line in `error`. False, with the cause in `error`, if the file or a function in use fails,
+    /// or while `getSkinReloadable` is false: nothing changes then.
+    bool reloadSkin(qor::basic_string<char> const& skinFile, qor::basic_string<char>* error);
+    /// False inside a pass and inside a Lua function.
+    bool getSkinReloadable() const;
+    qor::basic_string<char> const& getSkinFile() const { return skinFile_; }
+    bool getBusy() const { return busy_ > 0; }  ///< inside a message or a pass: widgets are at work further out
     /// The state of the skin file, or null while GUI ends.
     lua_State* getLuaState() const { return luaState; }
+
+    // --- Window resources: made by the script "./vorlex/loader/CreateWindow.lua"; see docs/resources.md ---
+    /// A new window from the file `resource`, which the caller ends with `kill`. Null, without a log line from here, if
+    /// the script is missing, fails or gives none.
+    WindowBase* createWindowFromResource(char const* resource);
+    /// Replaces contents and properties of a window by what the file describes.
+    void loadWindowFromResource(char const* resource, WindowBase* window);
 
     ~GUI();
 
@@ -228,6 +244,7 @@ private:
         std::shared_ptr<SurfaceMouseFunc const> mouseFunc;
     };
     class BusyScope;
+    class PassScope;
 
     explicit GUI(osg::Vec2i const& size);
     GUI(GUI const&) = delete;
@@ -273,7 +290,11 @@ private:
     Widget* targetWidget = nullptr;
     lua_State* luaState = nullptr;
     bool drawToTargetVR = false;
+    bool resourceStackFullLogged_ = false;
     int busy_ = 0;
+    int passes_ = 0;
+    qor::basic_string<char> skinFile_;
+    qor::basic_string<char> bkgFile_;
 };
 
 }  // namespace gui

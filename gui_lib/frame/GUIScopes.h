@@ -17,6 +17,19 @@ private:
     GUI& gui_;
 };
 
+/// Marks a pass as running: what is drawn must not change from inside.
+class GUI::PassScope {
+public:
+    explicit PassScope(GUI& gui) : busy_(gui), gui_(gui) { ++gui_.passes_; }
+    ~PassScope() { --gui_.passes_; }
+    PassScope(PassScope const&) = delete;
+    PassScope& operator=(PassScope const&) = delete;
+
+private:
+    BusyScope busy_;
+    GUI& gui_;
+};
+
 /// Opens a pass of the renderer for a scope.
 class RendererPassScope {
 public:

@@ -1,6 +1,8 @@
 #include "gui_lib/layouts/Layout.h"
 
 #include "gui_lib/layouts/LayoutHandler.h"
+#include "gui_lib/layouts/LayoutRun.h"
+#include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/widget/Container.h"
 #include "gui_lib/widget/WidgetHandler.h"
 
@@ -13,7 +15,7 @@ Layout::Layout() : handler_(LayoutHandler::create(this)) {}
 Layout::~Layout() {
     // First: the container asks the handler whether there is a layout to destroy.
     LayoutHandler::release(handler_);
-    if (auto* const owner = dynamic_cast<Container*>(WidgetHandler::get(container)))
+    if (Container* const owner = getLiveContainer_())
         owner->setLayout(nullptr);
 }
 
@@ -38,14 +40,10 @@ osg::Vec2i Layout::getPrefSize() const { return osg::Vec2i(0, 0); }
 
 osg::Vec2i Layout::calcMaxSize() const {
     osg::Vec2i result(0, 0);
-    auto const* const owner = dynamic_cast<Container*>(WidgetHandler::get(container));
-    for (int i = 0; owner && i < owner->getWidgetCount(); ++i) {
-        Widget const* const child = owner->getWidget(i);
-        if (!child)
-            continue;
-        osg::Vec2i const most = child->getMaxSize();
+    visitChildren(getLiveContainer_(), [&result](int, Widget const& child) {
+        osg::Vec2i const most = child.getMaxSize();
         result.set(std::max(result.x(), most.x()), std::max(result.y(), most.y()));
-    }
+    });
     return result;
 }
 
@@ -53,15 +51,55 @@ void Layout::updateSize() {}
 
 void Layout::updatePrefSizes_() {
     prefSizes.clear();
-    auto const* const owner = dynamic_cast<Container*>(WidgetHandler::get(container));
+    Container const* const owner = getLiveContainer_();
     if (!owner)
         return;
-    int const count = owner->getWidgetCount();
-    prefSizes.reserve(count);
-    for (int i = 0; i < count; ++i) {
-        Widget const* const child = owner->getWidget(i);
-        prefSizes.push_back(child ? child->getPrefSize() : osg::Vec2i(0, 0));
+    prefSizes.resize(std::max(owner->getWidgetCount(), 0));
+    visitChildren(owner, [this](int i, Widget const& child) { prefSizes[i] = child.getPrefSize(); });
+}
+
+Container* Layout::getLiveContainer_() const { return dynamic_cast<Container*>(WidgetHandler::get(container)); }
+
+void Layout::changed_() {
+    MeasurePass::forgetAll();
+    updateSize();
+}
+
+// --- Answers ---
+
+osg::Vec2i Layout::ask_(SizeQuestion question) const {
+    if (!MeasurePass::isKeeping())
+        return answer_(question);
+    MeasurePass const pass;
+    Answer& known = answers_[question];
+    std::uint64_t const stamp = MeasurePass::getStamp();
+    if (known.stamp == stamp)
+        return known.size;
+    osg::Vec2i const size = answer_(question);
+    // Under the stamp from before: what changes while it is asked makes it void.
+    known = Answer{stamp, size};
+    return size;
+}
+
+osg::Vec2i Layout::answer_(SizeQuestion question) const {
+    switch (question) {
+        case AskMin:
+            return getMinSize();
+        case AskMax:
+            return getMaxSize();
+        case AskPref:
+            return getPrefSize();
+        case AskCalcMax:
+            return calcMaxSize();
+        case QuestionCount:
+            break;
     }
+    return osg::Vec2i(0, 0);
+}
+
+void Layout::forgetAnswers_() {
+    for (Answer& answer : answers_)
+        answer.stamp = 0;
 }
 
 }  // namespace gui

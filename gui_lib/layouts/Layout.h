@@ -5,14 +5,20 @@
 
 #include <osg/Vec2i>
 
+#include <cstdint>
+
 namespace gui {
 
+class Container;
 class LayoutHandler;
+class LayoutRun;
 class WidgetHandler;
 
 /// Places the children of one container inside its client rectangle and answers the container's size questions. Make
 /// layouts on the heap and give their handler to `Container::setLayout`: the container owns the layout from then on.
-/// Coordinates: GUI units of the container.
+/// Coordinates: GUI units of the container. The answers to size questions are kept while one resize or layout runs
+/// and nothing changes: an override depends on nothing but the container, its children and settings that `changed_`
+/// told of. Children have the container as their parent.
 class VORLEX_API Layout {
 public:
     Layout();
@@ -44,13 +50,39 @@ public:
     LayoutHandler* handler() const { return handler_; }
 
 protected:
+    friend class Container;
+    friend class LayoutRun;
+
     virtual void destroy_();
     /// Reads the preferred size of each child into `prefSizes`; (0, 0) for one that has died.
     virtual void updatePrefSizes_();
 
+    /// The container if it lives and is one.
+    Container* getLiveContainer_() const;
+    /// A setting is another one: what was measured holds no longer, and the children are placed at once.
+    void changed_();
+
     LayoutHandler* handler_ = nullptr;
     WidgetHandler* container = nullptr;
     qor::vector<osg::Vec2i> prefSizes;
+
+private:
+    enum SizeQuestion { AskMin, AskMax, AskPref, AskCalcMax, QuestionCount };
+
+    /// What an operation answered, good under one stamp of `MeasurePass`.
+    struct Answer {
+        std::uint64_t stamp = 0;
+        osg::Vec2i size;
+    };
+
+    /// Asks the virtual operation unless its answer is known.
+    osg::Vec2i ask_(SizeQuestion question) const;
+    osg::Vec2i answer_(SizeQuestion question) const;
+    void forgetAnswers_();
+
+    mutable Answer answers_[QuestionCount];
+    /// Counts the runs of `updateSize`, so that one knows whether another came in between.
+    unsigned runCount_ = 0;
 };
 
 }  // namespace gui

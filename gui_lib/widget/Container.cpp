@@ -6,6 +6,7 @@
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/layouts/Layout.h"
 #include "gui_lib/layouts/LayoutHandler.h"
+#include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/widget/AliveGuard.h"
 #include "gui_lib/widget/WholeZoom.h"
 #include "gui_lib/widget/WidgetHandler.h"
@@ -36,6 +37,7 @@ Container::~Container() {
     }
     layout = nullptr;
     deleteWidgets_();
+    keepsMeasures = false;
 }
 
 void Container::copyParams(Container* target) const {
@@ -184,6 +186,7 @@ void Container::setLayout(LayoutHandler* newLayout) {
         Layout::destroy(old);
     }
     layout = newLayout;
+    MeasurePass::forgetAll();
     Layout* const live = LayoutHandler::get(newLayout);
     if (!live)
         return;
@@ -191,25 +194,26 @@ void Container::setLayout(LayoutHandler* newLayout) {
     if (owner && owner != this && owner->layout == newLayout)
         owner->layout = nullptr;
     live->setContainer(handler);
-    live->updateSize();
+    runLayout_();
 }
 
 LayoutHandler* Container::getLayout() const { return layout; }
 
 void Container::updateLayout(bool now) {
     AliveGuard const self(this);
-    if (!now)
+    MeasurePass::forgetAll();
+    if (now)
+        runLayout_();
+    else
         layoutDirty = true;
-    else if (Layout* const live = LayoutHandler::get(layout))
-        live->updateSize();
     if (self.alive())
         setDirty(DirtySelf);
 }
 
 void Container::updateSize() {
     AliveGuard const self(this);
-    if (Layout* const live = LayoutHandler::get(layout))
-        live->updateSize();
+    MeasurePass const pass;
+    runLayout_();
     for (std::size_t i = 0; self.alive() && i < widgets.size(); ++i)
         if (Widget* const child = WidgetHandler::get(widgets[i]))
             child->updateSize();
@@ -217,27 +221,44 @@ void Container::updateSize() {
 
 void Container::onSizeChanged_(osg::Vec2i const& newSize) {
     AliveGuard const self(this);
+    MeasurePass const pass;
     Widget::onSizeChanged_(newSize);
-    if (self.dead())
-        return;
+    if (self.alive())
+        runLayout_();
+}
+
+void Container::runLayout_() {
+    MeasurePass const pass;
     if (Layout* const live = LayoutHandler::get(layout))
         live->updateSize();
 }
 
+void Container::forgetLayoutAnswers_() {
+    if (Layout* const live = LayoutHandler::get(layout))
+        live->forgetAnswers_();
+}
+
 // --- Size questions ---
+
+Layout const* Container::getAskedLayout_() const {
+    Layout const* const live = LayoutHandler::get(layout);
+    if (live)
+        keepsMeasures = true;
+    return live;
+}
 
 osg::Vec2i Container::getMinSize() const {
     osg::Vec2i const own = Widget::getMinSize();
-    Layout const* const live = LayoutHandler::get(layout);
-    return live ? greater(own, scaleByWholeZoom(live->getMinSize(), getZoom())) : own;
+    Layout const* const live = getAskedLayout_();
+    return live ? greater(own, scaleByWholeZoom(live->ask_(Layout::AskMin), getZoom())) : own;
 }
 
 osg::Vec2i Container::getMaxSize() const {
     osg::Vec2i result = Widget::getMaxSize();
-    Layout const* const live = LayoutHandler::get(layout);
+    Layout const* const live = getAskedLayout_();
     if (!live)
         return result;
-    osg::Vec2i const most = scaleByWholeZoom(live->getMaxSize(), getZoom());
+    osg::Vec2i const most = scaleByWholeZoom(live->ask_(Layout::AskMax), getZoom());
     if (result.x() < 1)
         result.x() = most.x();
     else if (most.x() > 0)
@@ -250,13 +271,15 @@ osg::Vec2i Container::getMaxSize() const {
 }
 
 osg::Vec2i Container::calcMaxSize() const {
-    Layout const* const live = LayoutHandler::get(layout);
-    return live ? live->calcMaxSize() : getMaxSize();
+    Layout const* const live = getAskedLayout_();
+    return live ? live->ask_(Layout::AskCalcMax) : getMaxSize();
 }
 
 osg::Vec2i Container::getPrefSize() const {
-    if (Layout const* const live = LayoutHandler::get(layout)) {
-        osg::Vec2i wanted = live->getPrefSize();
+    // Its limits are asked for too, which ask every child again.
+    MeasurePass const pass;
+    if (Layout const* const live = getAskedLayout_()) {
+        osg::Vec2i wanted = live->ask_(Layout::AskPref);
         if (skin::Data const* const data = skin ? skin->getSkinData() : nullptr) {
             Insets const& insets = data->getInsets();
             wanted = saturatingAdd(wanted, getThickness(insets));
@@ -309,8 +332,7 @@ void Container::setDirty(DirtyFlag flag) {
 void Container::redraw_() {
     AliveGuard const self(this);
     if (layoutDirty) {
-        if (Layout* const live = LayoutHandler::get(layout))
-            live->updateSize();
+        runLayout_();
         if (self.dead())
             return;
         layoutDirty = false;

@@ -4,6 +4,7 @@
 
 namespace gui {
 
+class Layout;
 class LayoutHandler;
 
 /// A widget with children, which it owns, and an optional layout, which it owns too. Later children paint over earlier
@@ -36,7 +37,8 @@ public:
     virtual bool getGenerateMouseDoubleClickCallbacks(osg::Vec2i const& point, MouseButton button);
     virtual bool getGenerateMouseUpCallbacks(osg::Vec2i const& point, MouseButton button);
 
-    /// Runs the layout at once with `now`, otherwise at the next redraw.
+    /// Runs the layout at once with `now`, otherwise at the next redraw. Also tells that sizes which the container
+    /// and those above it have measured are others now.
     virtual void updateLayout(bool now);
 
     // Widget:
@@ -123,6 +125,10 @@ protected:
 private:
     /// The place of a child in `widgets`, or -1.
     int findChild_(Widget const* widget) const;
+    void runLayout_();
+    /// For size questions, which it may answer from memory; null without one.
+    Layout const* getAskedLayout_() const;
+    void forgetLayoutAnswers_();
     void hoverUnderRestingCursor_();
     template <class Forward>
     bool forwardKey_(Forward forward);

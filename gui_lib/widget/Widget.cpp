@@ -5,6 +5,7 @@
 #include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
+#include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/widget/AliveGuard.h"
 #include "gui_lib/widget/CallbackTables.h"
 #include "gui_lib/widget/Container.h"
@@ -44,6 +45,7 @@ Widget::Widget() : handler(WidgetHandler::create(this)) { WidgetWorkLists::get()
 
 Widget::~Widget() {
     destroying = true;
+    MeasurePass::forgetAll();
     WidgetHandler::release(handler);
     WidgetWorkLists::get().remove(*this);
     if (auto* const container = dynamic_cast<Container*>(getParentWidget_()))
@@ -72,7 +74,11 @@ void Widget::destroy_() {
 
 unsigned long Widget::getRedrawCount() { return WidgetWorkLists::get().getRedrawCount(); }
 
-void Widget::redrawAll() { WidgetWorkLists::get().redrawAll(); }
+void Widget::redrawAll() {
+    // A size callback that blocks keeps its pass open over whole frames: each begins anew.
+    MeasurePass::forgetAll();
+    WidgetWorkLists::get().redrawAll();
+}
 
 void Widget::doRedrawAll() { WidgetWorkLists::get().doRedrawAll(); }
 
@@ -162,11 +168,20 @@ void Widget::setParent(WidgetHandler* newParent) {
         onParentChanged_(newParent);
 }
 
-void Widget::onParentChanged_(WidgetHandler* newParent) { parent = newParent; }
+void Widget::onParentChanged_(WidgetHandler* newParent) {
+    onPlaceChanged_();
+    parent = newParent;
+    onPlaceChanged_();
+    MeasurePass::forgetAll();
+}
 
 WidgetHandler* Widget::getParent() const { return parent; }
 
-void Widget::resetParent() { parent = nullptr; }
+void Widget::resetParent() {
+    onPlaceChanged_();
+    parent = nullptr;
+    MeasurePass::forgetAll();
+}
 
 void Widget::detachFromParent() {
     if (auto* const container = dynamic_cast<Container*>(getParentWidget_()))
@@ -193,6 +208,7 @@ void Widget::setText(std::basic_string_view<wchar_t> newText) {
 
 void Widget::onTextChanged_(std::basic_string_view<wchar_t> newText) {
     text = newText;
+    MeasurePass::forgetAll();
     if (skin)
         skin->setTextChanged();
     setDirty(DirtySelf);
@@ -228,6 +244,11 @@ void Widget::localize(LocalizationMap const& map) {
 
 // --- Geometry ---
 
+void Widget::onPlaceChanged_() const {
+    if (Widget* const up = getParentWidget_())
+        ++up->childPlaceChanges;
+}
+
 void Widget::setPosition(osg::Vec2i const& newPosition) {
     if (newPosition != position)
         onPositionChanged_(newPosition);
@@ -236,12 +257,15 @@ void Widget::setPosition(osg::Vec2i const& newPosition) {
 void Widget::onPositionChanged_(osg::Vec2i const& newPosition) {
     static int const type = getWidgetCallbackType(positionCallbackName);
     position = newPosition;
+    onPlaceChanged_();
+    forgetMeasures_();
     callWidgetCallbacks_(type);
 }
 
 osg::Vec2i Widget::getPosition() const { return position; }
 
 void Widget::setSize(osg::Vec2i const& newSize) {
+    MeasurePass const pass;
     osg::Vec2i const valid = validateSize_(newSize);
     if (valid != size)
         onSizeChanged_(valid);
@@ -250,6 +274,8 @@ void Widget::setSize(osg::Vec2i const& newSize) {
 void Widget::onSizeChanged_(osg::Vec2i const& newSize) {
     static int const type = getWidgetCallbackType(sizeCallbackName);
     size = newSize;
+    onPlaceChanged_();
+    forgetMeasures_();
     if (skin)
         skin->setSizeChanged();
     setDirty(DirtySelf);
@@ -262,6 +288,20 @@ osg::Vec2i Widget::getSize() const { return size; }
 void Widget::updateSize() { updateSize_(); }
 
 void Widget::updateSize_() { onSizeChanged_(getSize()); }
+
+void Widget::forgetMeasures_() {
+    if (!MeasurePass::isOpen())
+        return;
+    Widget* top = this;
+    for (Widget* up = this; up; up = up->getParentWidget_()) {
+        if (up->keepsMeasures)
+            static_cast<Container*>(up)->forgetLayoutAnswers_();
+        top = up;
+    }
+    // A container may hold what does not know it as its parent.
+    if (top->containerLinks > 0)
+        MeasurePass::forgetAll();
+}
 
 osg::Vec2i Widget::validateSize_(osg::Vec2i const& wanted) const {
     return clampSize_(osg::Vec2i(std::max(wanted.x(), 0), std::max(wanted.y(), 0)));
@@ -308,6 +348,7 @@ void Widget::setZoom(float newZoom) {
 
 void Widget::onZoomChanged_(float newZoom) {
     zoom = newZoom;
+    MeasurePass::forgetAll();
     setDirty(DirtySelf);
 }
 
@@ -345,6 +386,7 @@ void Widget::setVisible(bool newVisible) {
 
 void Widget::onVisibleChanged_(bool newVisible) {
     visible = newVisible;
+    MeasurePass::forgetAll();
     setDirty(DirtySelf);
 }
 

@@ -105,7 +105,9 @@ public:
     virtual osg::Vec2i getSize() const;
     /// Lays the widget out again at its present size.
     virtual void updateSize();
-    /// A component of 0 in a minimum or maximum means no limit. Overrides must be free of side effects.
+    /// A component of 0 in a minimum or maximum means no limit. Overrides must be free of side effects, and answer the
+    /// same until something of the widget, its skin or its children changes, or `updateLayout` of a container tells so:
+    /// containers remember answers while a resize runs.
     virtual osg::Vec2i getMinSize() const;
     virtual osg::Vec2i getMaxSize() const;
     virtual osg::Vec2i calcMaxSize() const;
@@ -272,7 +274,11 @@ protected:
     /// The first line of every destructor that calls out: from here on `destroy` of this widget does nothing.
     void beginDestruction_() { destroying = true; }
     bool isBeingDestroyed_() const { return destroying; }
+    /// Grows whenever a child comes, goes, moves or is resized, for whoever keeps an index of their places.
+    unsigned getChildPlaceChanges_() const { return childPlaceChanges; }
     Widget* getParentWidget_() const;
+    /// The place or size is another one: what containers above, and this, have measured holds no longer.
+    void forgetMeasures_();
 
     WidgetHandler* handler = nullptr;
     WidgetHandler* parent = nullptr;
@@ -304,6 +310,8 @@ protected:
 
 private:
     void redrawDebugSkin_();
+    /// The own place in the parent is another.
+    void onPlaceChanged_() const;
 
     /// Places in the two dirty lists and in the list for `doRedraw`; -1 outside.
     int dirtyIndex[2] = {-1, -1};
@@ -311,9 +319,12 @@ private:
     /// How many containers hold this widget, and where the last one saw it (checked before it is trusted).
     int containerLinks = 0;
     int childIndexHint = -1;
+    unsigned childPlaceChanges = 0;
     bool destroying = false;
     bool inRedraw = false;
     bool childDirtiedInRedraw = false;
+    /// A container whose layout was asked for sizes.
+    mutable bool keepsMeasures = false;
 };
 
 }  // namespace gui

@@ -25,18 +25,25 @@ ModalWindow::~ModalWindow() {
 void ModalWindow::copyParams(ModalWindow* target) const {
     if (!target)
         return;
+    AliveGuard const self(this);
+    AliveGuard const other(target);
+    auto const bothLive = [&self, &other] { return self.alive() && other.alive(); };
     target->setText(getText());
     target->setPosition(getPosition());
-    target->setSize(getSize());
-    target->setEnabled(enabled);
+    if (bothLive())
+        target->setSize(getSize());
+    if (bothLive())
+        target->setEnabled(enabled);
+    if (!bothLive())
+        return;
     target->setZoom(getZoom());
     target->setTooltipText(getTooltipText());
     target->setResourceString(getResourceString());
-    if (Layout const* layout = LayoutHandler::get(getLayout()))
-        if (Layout* const copy = layout->clone())
-            target->setLayout(copy->handler());
-    for (int i = 0; i < getWidgetCount(); ++i)
-        if (Widget const* widget = getWidget(i))
+    Layout const* const source = LayoutHandler::get(getLayout());
+    if (Layout* const copy = source ? source->clone() : nullptr)
+        target->setLayout(copy->handler());
+    for (int i = 0; bothLive() && i < getWidgetCount(); ++i)
+        if (Widget const* const widget = getWidget(i))
             target->insertWidget(widget->clone(), -1);
 }
 

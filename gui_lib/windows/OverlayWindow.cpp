@@ -30,12 +30,12 @@ void OverlayWindow::setZOrder(int newZOrder) {
 int OverlayWindow::getZOrder() const { return zOrder; }
 
 void OverlayWindow::onZOrderChanged_(int newZOrder) {
-    WindowsManager* const manager = leaveManager_();
-    if (manager)
+    if (WindowsManager* const manager = leaveManager_())
         manager->hideOverlay(this);
     zOrder = newZOrder;
-    if (visible && enterManager_())
-        enterManager_()->showOverlay(this);
+    WindowsManager* const manager = visible ? enterManager_() : nullptr;
+    if (manager)
+        manager->showOverlay(this);
 }
 
 void OverlayWindow::onVisibleChanged_(bool newVisible) {

@@ -29,4 +29,6 @@ void WindowData::copyParams_(Data* other) const {
         target->headerHeight = headerHeight;
 }
 
+std::unique_ptr<Data> WindowData::makeNew_() const { return std::make_unique<WindowData>(nullptr); }
+
 }  // namespace gui::skin

@@ -18,6 +18,7 @@ protected:
     void loadParams_(lua_State* L) override;
     void unloadParams_(lua_State* L) const override;
     void copyParams_(Data* other) const override;
+    std::unique_ptr<Data> makeNew_() const override;
 
     int headerHeight = 20;
 };

@@ -61,4 +61,6 @@ void WindowHeaderData::copyParams_(Data* other) const {
     target->closeButtonText = closeButtonText;
 }
 
+std::unique_ptr<Data> WindowHeaderData::makeNew_() const { return std::make_unique<WindowHeaderData>(nullptr); }
+
 }  // namespace gui::skin

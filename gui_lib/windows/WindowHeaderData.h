@@ -28,6 +28,7 @@ protected:
     void loadParams_(lua_State* L) override;
     void unloadParams_(lua_State* L) const override;
     void copyParams_(Data* other) const override;
+    std::unique_ptr<Data> makeNew_() const override;
 
     bool hasCloseButton = true;
     Align closeButtonHorzAlign{Align::Max, -5};

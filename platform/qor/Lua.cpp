@@ -156,6 +156,9 @@ int callProtected(lua_State* L, int arguments, int results, int handler, bool re
         Protection const protection(state, refill);
         status = lua_pcall(L, arguments, results, handler);
     }
+    // Within another call there must be room for the message, or that call ends too.
+    if (status == LUA_ERRMEM && state && state->depth > 0)
+        lua_gc(L, LUA_GCCOLLECT, 0);
     if (status != 0)
         settleError(L, state, status);
     return status;
@@ -214,6 +217,7 @@ int loadLuaText(lua_State* L, char const* text, size_t size, char const* chunkNa
 int loadLuaFile(lua_State* L, char const* path) {
     string content;
     string error;
+    noteLuaFile(L, path);
     if (!readFile(path, content, error, mostFileBytes)) {
         lua_pushlstring(L, error.data(), error.size());
         return fileError;
@@ -222,7 +226,10 @@ int loadLuaFile(lua_State* L, char const* path) {
         content.erase(0, 3);
     if (content.starts_with("#"))
         content.erase(0, content.find('\n'));
-    string const chunkName = "@" + findFile(path);
+    string const found = findFile(path);
+    if (LuaState* const state = LuaState::of(L))
+        state->askedFiles.erase(found);
+    string const chunkName = "@" + found;
     return loadLuaText(L, content.data(), content.size(), chunkName.c_str());
 }
 
@@ -258,6 +265,16 @@ LuaLimits getLuaLimits(lua_State* L) {
 bool isLuaSpent(lua_State* L) {
     LuaState const* const state = LuaState::of(L);
     return state && state->spent;
+}
+
+bool isLuaRunning(lua_State* L) {
+    LuaState const* const state = LuaState::of(L);
+    return state && state->depth + state->pausedDepth > 0;
+}
+
+void addLuaCloseFunction(lua_State* L, std::function<void()> function) {
+    if (LuaState* const state = LuaState::of(L))
+        state->closeFunctions.push_back(std::move(function));
 }
 
 size_t getLuaMemory(lua_State* L) {
@@ -400,6 +417,26 @@ bool luaToNumber(lua_State* L, int index, double& number) {
 LuaStackGuard::LuaStackGuard(lua_State* L) : state_(L), top_(lua_gettop(L)) {}
 LuaStackGuard::~LuaStackGuard() { lua_settop(state_, top_); }
 
+LuaPauseGuard::LuaPauseGuard(lua_State* L) : state_(L) {
+    LuaState* const state = LuaState::of(L);
+    if (!state)
+        return;
+    depth_ = std::exchange(state->depth, 0);
+    state->pausedDepth += depth_;
+    remaining_ = state->remaining;
+    seconds_ = state->deadline - getThreadSeconds();
+}
+
+LuaPauseGuard::~LuaPauseGuard() {
+    LuaState* const state = LuaState::of(state_);
+    if (!state)
+        return;
+    state->depth = depth_;
+    state->pausedDepth -= depth_;
+    state->remaining = remaining_;
+    state->deadline = getThreadSeconds() + seconds_;
+}
+
 NumericLocaleGuard::NumericLocaleGuard() {
     static locale_t const numbers = newlocale(LC_NUMERIC_MASK, "C", duplocale(LC_GLOBAL_LOCALE));
     previous_ = uselocale(numbers);
@@ -446,6 +483,8 @@ void QOR_lua_close(lua_State* L) {
     if (!L)
         return;
     qor::LuaState* const state = qor::LuaState::of(L);
+    for (size_t i = 0; state && i < state->closeFunctions.size(); ++i)
+        state->closeFunctions[i]();
     lua_close(L);
     delete state;
 }

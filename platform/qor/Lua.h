@@ -3,9 +3,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string_view>
 #include <type_traits>
 
 #include "platform/qor/Api.h"
+#include "platform/qor/Containers.h"
 #include "platform/qor/String.h"
 
 struct lua_State;
@@ -15,8 +17,9 @@ struct lua_State;
 /// Only text is loaded, never bytecode. A state has a cap on memory and a budget of instructions; once the budget is
 /// over, every call fails at once until the host sets new limits, even where the script catches the error. Library
 /// functions that could take long, patterns above all, draw on the same budget. There is no access to files, to the
-/// system or to the debugger but `require`, `dofile` and `loadfile`, which read text by `qor::findFile`.
-/// Errors begin with "file:line:". While a call runs, the thread's numbers are written with a point.
+/// system or to the debugger but `require`, `dofile` and `loadfile`, which read text by `qor::findFile`. Only a chunk
+/// that the program has trusted gets modules in native code. Errors begin with "file:line:". While a call runs, the
+/// thread's numbers are written with a point.
 
 /// A new state with the default limits; `name` stands for it in messages. Never null.
 VORLEX_API lua_State* QOR_lua_open(char const* name);
@@ -49,9 +52,31 @@ VORLEX_API LuaLimits getLuaLimits(lua_State* L);
 VORLEX_API bool isLuaSpent(lua_State* L);
 VORLEX_API size_t getLuaMemory(lua_State* L);
 
+/// A call of the state runs, be it above a LuaPauseGuard: the state must not be closed.
+VORLEX_API bool isLuaRunning(lua_State* L);
+
+/// Runs when the state is about to be closed, while everything in it is still alive. For those who keep a state, or
+/// references into it.
+VORLEX_API void addLuaCloseFunction(lua_State* L, std::function<void()> function);
+
+// --- Modules in native code ---
+
+/// What `require` of a trusted chunk gives for this name: the one value that `open` returns, once for each state. The
+/// name must be of letters, digits and underscores, and live for ever.
+VORLEX_API void registerLuaModule(char const* name, int (*open)(lua_State* L));
+/// The chunk on the top of the stack, and nothing that it loads or defines, may require modules in native code: those
+/// that the program has registered, else NAME.so in the folder of the chunk's file, else in "vorlex/loader" beside the
+/// folder of the toolkit's library. That file must export luaopen_NAME and be linked to the same toolkit.
+VORLEX_API void trustLuaChunk(lua_State* L);
+
 /// Takes from the budget for work that a C function is about to do; raises a Lua error when it is over. For functions
 /// that a host registers.
 VORLEX_API void chargeLua(lua_State* L, uint64_t instructions);
+
+// --- Files ---
+/// The file `root` and every file that it asked for when it ran last, by `dofile`, `loadfile` or `require`, directly or
+/// through others: names as they were asked for, also of files that were not found. Each name once, `root` first.
+VORLEX_API vector<string> getLuaFiles(lua_State* L, std::string_view root);
 
 // --- Protected access: nothing here raises an error or panics, whatever metatables the values have ---
 
@@ -95,6 +120,22 @@ public:
 private:
     lua_State* state_;
     int top_;
+};
+
+/// While one lives, the calls of a state count as outermost ones, each with a budget of its own: for a function that
+/// runs whole frames of the host. Afterwards the call that it was made in goes on with what it had left.
+class VORLEX_API LuaPauseGuard {
+public:
+    explicit LuaPauseGuard(lua_State* L);
+    ~LuaPauseGuard();
+    LuaPauseGuard(LuaPauseGuard const&) = delete;
+    LuaPauseGuard& operator=(LuaPauseGuard const&) = delete;
+
+private:
+    lua_State* state_;
+    int depth_ = 0;
+    int64_t remaining_ = 0;
+    double seconds_ = 0;
 };
 
 /// While one lives, the thread reads and writes numbers as in the "C" locale.

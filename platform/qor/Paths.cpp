@@ -69,6 +69,15 @@ string findFile(std::string_view name) {
     return {};
 }
 
+FileStamp getFileStamp(std::string_view name) {
+    string const path = findFile(name);
+    struct stat status;
+    if (path.empty() || stat(path.c_str(), &status) != 0)
+        return {};
+    return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec, uint64_t(status.st_size), uint64_t(status.st_dev),
+            uint64_t(status.st_ino)};
+}
+
 string normalizePath(std::string_view name) {
     string path;
     path.reserve(name.size());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include "platform/qor/Api.h"
@@ -18,6 +19,21 @@ VORLEX_API vector<string> getAssetRoots();
 
 /// The path of the file to open, or an empty string where there is none (or a folder or a device of that name).
 VORLEX_API string findFile(std::string_view name);
+
+/// What tells whether a file has changed on disk; all 0 where there is none.
+struct FileStamp {
+    int64_t seconds = 0;
+    int64_t nanoseconds = 0;
+    uint64_t size = 0;
+    uint64_t device = 0;
+    uint64_t inode = 0;
+
+    bool exists() const { return inode != 0; }
+    bool operator==(FileStamp const&) const = default;
+};
+
+/// Of the file that `findFile` finds now.
+VORLEX_API FileStamp getFileStamp(std::string_view name);
 
 /// Slashes for backslashes, without "./" at the front or within and without doubled slashes.
 VORLEX_API string normalizePath(std::string_view name);

@@ -48,17 +48,26 @@ void vtxEffectRecord::endPass() {
     passOpen_ = false;
 }
 
-bool vtxEffectRecord::makeProgram_() {
-    if (program_ || failed_)
-        return program_ != 0;
-    qor::string error;
-    program_ = core_.getDevice().createEffect(path_.c_str(), error);
-    failed_ = !program_;
+bool vtxEffectRecord::prepare(qor::string& error) {
+    if (!program_ && !failed_) {
+        program_ = core_.makeEffectProgram(path_.c_str(), error_);
+        failed_ = !program_;
+        for (Value& value : values_)
+            value.deviceHandle = failed_ ? -1 : core_.getDevice().getEffectParameter(program_, value.name.c_str());
+    }
     if (failed_)
-        qor_logf("VTX", 64, "The effect \"%s\" cannot be used: %s\n", path_.c_str(), error.c_str());
-    for (Value& value : values_)
-        value.deviceHandle = failed_ ? -1 : core_.getDevice().getEffectParameter(program_, value.name.c_str());
+        error = error_;
     return !failed_;
+}
+
+bool vtxEffectRecord::isDrawable_() {
+    qor::string error;
+    if (program_ || prepare(error))
+        return true;
+    if (!logged_)
+        qor_logf("VTX", 64, "The effect \"%s\" cannot be used: %s\n", path_.c_str(), error.c_str());
+    logged_ = true;
+    return false;
 }
 
 void vtxEffectRecord::drawEffect(int primitive, int primitiveCount, int first) {
@@ -71,7 +80,7 @@ void vtxEffectRecord::drawEffect(int primitive, int primitiveCount, int first) {
         core_.checkGeometry(geometry_, vtxGeometry::PrimitiveTriangles, primitiveCount, first);
     vtxEffectDraw draw;
     if (!geometry || !core_.beginDirectDraw(draw.geometry.state) || !core_.bindTexture(texture_, draw.geometry) ||
-        !makeProgram_())
+        !isDrawable_())
         return;
     draw.geometry.state.projection = core_.getDeviceProjection(projection_);
     draw.geometry.modelView = modelView_;

@@ -8,8 +8,8 @@
 
 class vtxRendererCore;
 
-/// Internal: an effect file with the values of its parameters. The device makes its program at the first draw; where
-/// that fails, one line is logged and the effect draws nothing.
+/// Internal: an effect file with the values of its parameters. The device makes its program when it is prepared, or at
+/// the first draw; where that fails, the effect draws nothing, and one line is logged by the draw.
 class vtxEffectRecord final : public vtxEffectShader {
 public:
     vtxEffectRecord(vtxRendererCore& core, char const* path, vtxEffectFile const& file);
@@ -27,6 +27,7 @@ public:
     void beginPass() override;
     void endPass() override;
     void drawEffect(int primitive, int primitiveCount, int first) override;
+    bool prepare(qor::string& error) override;
 
 private:
     struct Value {
@@ -35,14 +36,17 @@ private:
         qor::vector<float> values;
     };
 
-    bool makeProgram_();
+    /// With a program; the first time without one, that is logged.
+    bool isDrawable_();
 
     vtxRendererCore& core_;
     qor::string path_;
     qor::vector<Value> values_;
     qor::vector<vtxEffectDraw::Parameter> parameters_;
     vtxDeviceHandle program_ = 0;
+    qor::string error_;
     bool failed_ = false;
+    bool logged_ = false;
     bool passOpen_ = false;
     vtxTexture* texture_ = nullptr;
     vtxGeometry* geometry_ = nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/qor/Api.h"
+#include "platform/qor/String.h"
 
 #include <osg/Matrixf>
 
@@ -25,4 +26,8 @@ public:
     virtual void beginPass() = 0;
     virtual void endPass() = 0;
     virtual void drawEffect(int primitive, int primitiveCount, int first) = 0;
+
+    /// Makes the program, which the first draw does otherwise; on the drawing thread. False with the cause, each time
+    /// anew, if it cannot be made; nothing is logged.
+    virtual bool prepare(qor::basic_string<char>& error) = 0;
 };

@@ -76,6 +76,7 @@ vtxFontCatalog::vtxFontCatalog() {
 
 vtxFontCatalog::~vtxFontCatalog() {
     faces_.clear();
+    replaced_.clear();
     if (library_)
         FT_Done_FreeType(library_);
 }
@@ -84,11 +85,43 @@ vtxFontCatalog::~vtxFontCatalog() {
 
 vtxFontFace* vtxFontCatalog::open_(qor::string const& path, int index, qor::string& error) {
     auto const [place, added] = faces_.try_emplace(Key(path, index));
-    if (added && library_)
-        place->second = vtxFontFace::open(library_, path, index, error);
-    else if (!place->second)
+    Opened& opened = place->second;
+    if (added && library_) {
+        opened.stamp = qor::getFileStamp(path);
+        opened.face = vtxFontFace::open(library_, path, index, error);
+    } else if (!opened.face) {
         error = "it is no font that can be used";
-    return place->second.get();
+    }
+    return opened.face.get();
+}
+
+bool vtxFontCatalog::reloadChanged(qor::string& error) {
+    bool changed = false;
+    for (auto& [key, opened] : faces_) {
+        auto const& [path, index] = key;
+        qor::FileStamp const stamp = qor::getFileStamp(path);
+        if (stamp == opened.stamp || !library_)
+            continue;
+        opened.stamp = stamp;
+        qor::string cause;
+        std::unique_ptr<vtxFontFace> face = vtxFontFace::open(library_, path, index, cause);
+        if (!face) {
+            error += path + ": " + cause + "\n";
+            continue;
+        }
+        std::swap(face, opened.face);
+        replaced_.push_back(std::move(face));
+        changed = true;
+    }
+    scanned_ = scanned_ && !changed;
+    return changed;
+}
+
+qor::vector<qor::string> vtxFontCatalog::getFiles() const {
+    qor::vector<qor::string> names;
+    for (auto const& [key, opened] : faces_)
+        names.push_back(key.first);
+    return names;
 }
 
 vtxFontFace* vtxFontCatalog::open_(vtxSystemFonts::Place const& place) {

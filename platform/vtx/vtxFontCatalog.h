@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/qor/Containers.h"
+#include "platform/qor/Paths.h"
 #include "platform/vtx/vtxFontFace.h"
 #include "platform/vtx/vtxSystemFonts.h"
 
@@ -28,6 +29,11 @@ public:
     /// A face of the system that shows the code point, or null.
     vtxFontFace* findForCodePoint(char32_t codePoint, vtxFontStyle const& style);
 
+    /// Opens the files anew that have changed. False if none has; a line about each that cannot be opened now is
+    /// appended to `error`, and its face stays. Replaced faces live on, but are not found any more.
+    bool reloadChanged(qor::string& error);
+    qor::vector<qor::string> getFiles() const;
+
     /// Without the system's fonts text looks the same on every machine.
     void setSystemFontsUsed(bool used) { systemFontsUsed_ = used; }
     bool getSystemFontsUsed() const { return systemFontsUsed_; }
@@ -47,7 +53,12 @@ private:
     FT_LibraryRec_* library_ = nullptr;
     vtxSystemFonts system_;
     bool systemFontsUsed_ = true;
-    qor::map<Key, std::unique_ptr<vtxFontFace>> faces_;  ///< null for what could not be opened
+    struct Opened {
+        std::unique_ptr<vtxFontFace> face;  ///< null for what could not be opened
+        qor::FileStamp stamp;
+    };
+    qor::map<Key, Opened> faces_;
+    qor::vector<std::unique_ptr<vtxFontFace>> replaced_;
     qor::vector<qor::string> roots_;
     bool scanned_ = false;
     qor::vector<vtxFontFace*> shipped_;

@@ -1,5 +1,7 @@
 #include "platform/vtx/vtxFontFace.h"
 
+#include "platform/qor/Paths.h"
+
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H
@@ -98,11 +100,13 @@ vtxFontFace::~vtxFontFace() {
 }
 
 bool vtxFontFace::open_(FT_LibraryRec_* library, int index, qor::string& error) {
-    blob_ = hb_blob_create_from_file_or_fail(path_.c_str());
-    if (!blob_) {
+    // Not mapped: a file that is overwritten while it is in use would pull the pages away.
+    qor::string file, cause;
+    if (!qor::readFile(path_, file, cause)) {
         error = "it cannot be read";
         return false;
     }
+    blob_ = hb_blob_create(file.data(), static_cast<unsigned>(file.size()), HB_MEMORY_MODE_DUPLICATE, nullptr, nullptr);
     unsigned size = 0;
     auto const* const bytes = reinterpret_cast<FT_Byte const*>(hb_blob_get_data(blob_, &size));
     if (FT_New_Memory_Face(library, bytes, static_cast<FT_Long>(size), index, &face_)) {

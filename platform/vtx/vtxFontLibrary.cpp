@@ -92,6 +92,19 @@ void vtxFontLibrary::setSystemFontsUsed(bool used) {
     names_.clear();
 }
 
+void vtxFontLibrary::reloadChanged(qor::string& error) {
+    std::lock_guard const lock(store_->mutex);
+    if (!store_->catalog.reloadChanged(error))
+        return;
+    store_->retireChains();
+    names_.clear();
+}
+
+qor::vector<qor::string> vtxFontLibrary::getFiles() const {
+    std::lock_guard const lock(store_->mutex);
+    return store_->catalog.getFiles();
+}
+
 int vtxFontLibrary::getFontCount() const {
     std::lock_guard const lock(store_->mutex);
     return static_cast<int>(fonts_.size());

@@ -22,6 +22,8 @@ public:
     void doRedraw() override;
     unsigned getScaleEpoch() const override { return getScaleEpoch_(); }
     void setSystemFontsUsed(bool used) override;
+    void reloadChanged(qor::string& error) override;
+    qor::vector<qor::string> getFiles() const override;
 
     // --- Counters for tests and statistics ---
     int getFontCount() const;

@@ -34,6 +34,12 @@ void vtxFontStore::trim() {
     pages->flush();
 }
 
+void vtxFontStore::retireChains() {
+    for (auto& [face, chain] : chains_)
+        retired_.push_back(std::move(chain));
+    chains_.clear();
+}
+
 void vtxFontStore::detach() {
     sets_.clear();
     pages.reset();

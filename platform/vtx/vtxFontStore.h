@@ -32,6 +32,8 @@ public:
 
     /// Ends glyphs that nobody has held for a while, and their pages. While nobody draws.
     void trim();
+    /// Faces have been replaced: chains are made anew. Fonts that are held keep theirs.
+    void retireChains();
     /// The renderer goes.
     void detach();
 
@@ -40,5 +42,6 @@ private:
     using SetKey = std::tuple<vtxFontChain const*, int, int>;
 
     qor::map<vtxFontFace*, std::unique_ptr<vtxFontChain>> chains_;
+    qor::vector<std::unique_ptr<vtxFontChain>> retired_;
     qor::map<SetKey, std::shared_ptr<vtxGlyphSet>> sets_;  ///< sizes in 64ths of a pixel
 };

@@ -34,6 +34,8 @@ vtxPictureLibrary::~vtxPictureLibrary() {
         store_.removeTexture(entry->record);
     for (auto const& [name, file] : files_)
         dropImage_(*file);
+    for (auto const& file : outdated_)
+        dropImage_(*file);
 }
 
 // --- Textures ---
@@ -115,8 +117,10 @@ void vtxPictureLibrary::flushIdle_() {
         store_.removeTexture(entry->record);
         entries_.erase(&entry->record);
         file.entries.erase(RectKey(entry->key));
-        if (file.entries.empty())
-            dropImage_(file);
+        if (!file.entries.empty())
+            continue;
+        dropImage_(file);
+        std::erase_if(outdated_, [&file](auto const& candidate) { return candidate.get() == &file; });
     }
     idle_.resize(kept);
 }
@@ -176,6 +180,7 @@ bool vtxPictureLibrary::readDoubled_(File& file, vtxPicture& picture) {
 
 bool vtxPictureLibrary::load_(File& file, bool doubled) {
     vtxPicture picture;
+    noteStamps_(file);
     file.doubled = doubled && readDoubled_(file, picture);
     if (!file.doubled && !readPlain_(file, picture))
         return false;
@@ -205,6 +210,67 @@ void vtxPictureLibrary::followScale_() {
         for (auto const& [key, entry] : file->entries)
             entry->record.image = file->image.get();
     }
+}
+
+// --- Live reload ---
+
+void vtxPictureLibrary::reloadChanged(qor::string& error) {
+    std::lock_guard const guard(mutex_);
+    for (auto const& [name, file] : files_) {
+        if ((!file->image && !file->failed) || !noteStamps_(*file))
+            continue;
+        if (file->failed)
+            file->failed = file->doubledFailed = false;
+        else
+            reload_(*file, error);
+    }
+}
+
+/// True if the files have changed since the last time.
+bool vtxPictureLibrary::noteStamps_(File& file) const {
+    qor::FileStamp const stamps[2] = {qor::getFileStamp(file.name), qor::getFileStamp(getDoubledPath(file.name))};
+    bool const changed = stamps[0] != file.stamps[0] || stamps[1] != file.stamps[1];
+    std::copy(std::begin(stamps), std::end(stamps), file.stamps);
+    return changed;
+}
+
+void vtxPictureLibrary::reload_(File& file, qor::string& error) {
+    File fresh;
+    fresh.name = file.name;
+    vtxPicture picture;
+    fresh.doubled = hooks_.getScale() > doubleScale && readDoubled_(fresh, picture);
+    qor::string cause;
+    if (!fresh.doubled) {
+        if (!read_(fresh.name, picture, cause)) {
+            bool const named = cause.find(file.name) != qor::string::npos;
+            error += (named ? cause : file.name + ": " + cause) + "\n";
+            return;
+        }
+        fresh.size.set(picture.width, picture.height);
+    }
+    std::copy(std::begin(file.stamps), std::end(file.stamps), fresh.stamps);
+    makeImage_(fresh, std::move(picture));
+    // Textures that are shown keep what they show until their users ask again.
+    auto old = std::make_unique<File>(std::exchange(file, std::move(fresh)));
+    for (auto const& [key, entry] : old->entries)
+        entry->file = old.get();
+    if (old->entries.empty())
+        dropImage_(*old);
+    else
+        outdated_.push_back(std::move(old));
+}
+
+qor::vector<qor::string> vtxPictureLibrary::getFiles() const {
+    std::lock_guard const guard(mutex_);
+    qor::vector<qor::string> names;
+    for (auto const& [name, file] : files_) {
+        if (!file->image && !file->failed)
+            continue;
+        names.push_back(name);
+        if (hooks_.getScale() > doubleScale)
+            names.push_back(getDoubledPath(name));
+    }
+    return names;
 }
 
 // --- Images ---

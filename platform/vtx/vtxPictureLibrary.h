@@ -2,6 +2,7 @@
 
 #include "platform/qor/Containers.h"
 #include "platform/qor/Mutex.h"
+#include "platform/qor/Paths.h"
 #include "platform/vtx/vtxPicture.h"
 #include "platform/vtx/vtxSkylinePacker.h"
 #include "platform/vtx/vtxTextureManager.h"
@@ -39,6 +40,8 @@ public:
                            vtxTexture* previous) override;
     void releaseTexture(vtxTexture* texture) override;
     void flushReleased() override;
+    void reloadChanged(qor::string& error) override;
+    qor::vector<qor::string> getFiles() const override;
 
     // --- Counters for tests and statistics ---
     int getTextureCount() const;
@@ -69,6 +72,7 @@ private:
         bool doubled = false;        ///< the image is the one of double size
         bool doubledFailed = false;  ///< that one was reported as broken
         osg::Vec2i size;             ///< units
+        qor::FileStamp stamps[2];    ///< when it was read last: of the file and of the one of double size
         Page* page = nullptr;
         std::unique_ptr<vtxTextureImage> image;  ///< null while nobody uses the file
         qor::map<RectKey, std::unique_ptr<Entry>> entries;
@@ -87,6 +91,8 @@ private:
     void makeIdle_(Entry& entry);
     void flushIdle_();
     void followScale_();
+    bool noteStamps_(File& file) const;
+    void reload_(File& file, qor::string& error);
 
     vtxTextureStore& store_;
     Hooks hooks_;
@@ -97,6 +103,7 @@ private:
     qor::hash_map<vtxTexture const*, Entry*> entries_;
     qor::vector<Entry*> idle_;
     qor::vector<std::unique_ptr<Page>> pages_;
+    qor::vector<std::unique_ptr<File>> outdated_;  ///< shown still, while others have been read in their place
     unsigned flushes_ = 0;
     bool doubled_;
 };

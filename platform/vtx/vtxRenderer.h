@@ -84,7 +84,8 @@ public:
     virtual TechniqueType getTechnique() = 0;
     virtual void pushTechnique(TechniqueType technique) = 0;
     virtual void popTechnique() = 0;
-    virtual vtxEffectShader* createEffectShader(char const* path) = 0;
+    /// Loads an effect file; null on failure. The cause is logged, once a path, or told to `error` if that is not null.
+    virtual vtxEffectShader* createEffectShader(char const* path, qor::basic_string<char>* error = nullptr) = 0;
 
     /// The opacity multiplier in force; guards read it to put it back.
     virtual float getOpacity() = 0;

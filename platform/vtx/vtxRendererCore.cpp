@@ -54,8 +54,8 @@ vtxRendererCore::~vtxRendererCore() {
     flushReleasedTargets();
     enterDevice_();
     for (auto const& [path, effect] : effects_) {
-        if (effect)
-            effect->releaseDevice();
+        if (effect.record)
+            effect.record->releaseDevice();
     }
     primitives_->releaseDevice(*device_);
     releaseOutliving_();
@@ -415,6 +415,8 @@ void vtxRendererCore::updateView_() {
     batcher_.setView(view_);
 }
 
+bool vtxRendererCore::isClippedAway_() const { return clips_.size() > base_.clips && clips_.back().isEmpty(); }
+
 vtxQuadBatcher& vtxRendererCore::prepareQuads(osg::Vec4f const& color) {
     updateView_();
     batcher_.setTransform(vtxQuadTransform::make(settings_, getScale()));
@@ -431,7 +433,7 @@ void vtxRendererCore::setQuadColor(osg::Vec4f const& color) {
 void vtxRendererCore::drawQuads(vtxShaderQuads const& quads, int batch) {
     auto const& batches = quads.getBatches();
     int const count = static_cast<int>(batches.size());
-    if (batch >= count || count == 0 || !requirePass("quads"))
+    if (batch >= count || count == 0 || !requirePass("quads") || isClippedAway_())
         return;
     vtxQuadBatcher& batcher = prepareQuads(settings_.color);
     int const first = std::max(batch, 0);
@@ -448,7 +450,7 @@ void vtxRendererCore::drawQuads(vtxShaderQuads const& quads, int batch) {
 
 void vtxRendererCore::drawBkgQuads(vtxShaderBkgQuads const& quads) {
     int const count = std::min({quads.count, vtxShaderBkgQuads::maxCount, settings_.colorCount});
-    if (count <= 0 || !requirePass("background quads"))
+    if (count <= 0 || !requirePass("background quads") || isClippedAway_())
         return;
     vtxQuadBatcher& batcher = prepareQuads(settings_.color);
     if (!batcher.setTexture(quads.getTexture(), settings_.sampler))
@@ -599,20 +601,30 @@ vtxDeviceHandle vtxRendererCore::flushGeometry(vtxGeometryRecord& geometry) {
     return geometry.handle;
 }
 
-vtxEffectShader* vtxRendererCore::createEffectShader(char const* path) {
+vtxEffectShader* vtxRendererCore::createEffectShader(char const* path, qor::string* error) {
     if (!path || !*path)
         return nullptr;
     qor::string const key = qor::normalizePath(path);
     std::lock_guard const lock(creationMutex_);
-    auto const found = effects_.find(key);
-    if (found != effects_.end())
-        return found->second.get();
-    vtxEffectFile file;
-    qor::string error;
-    std::unique_ptr<vtxEffectRecord> effect;
-    if (file.read(key.c_str(), error))
-        effect = std::make_unique<vtxEffectRecord>(*this, key.c_str(), file);
-    else
-        qor_logf("VTX", 64, "The effect \"%s\" cannot be loaded: %s\n", key.c_str(), error.c_str());
-    return effects_.emplace(key, std::move(effect)).first->second.get();
+    auto const [found, isNew] = effects_.try_emplace(key);
+    LoadedEffect& effect = found->second;
+    if (isNew) {
+        vtxEffectFile file;
+        if (file.read(key.c_str(), effect.error))
+            effect.record = std::make_unique<vtxEffectRecord>(*this, key.c_str(), file);
+    }
+    if (!effect.record && error) {
+        *error = effect.error;
+    } else if (!effect.record && !effect.logged) {
+        effect.logged = true;
+        qor_logf("VTX", 64, "The effect \"%s\" cannot be loaded: %s\n", key.c_str(), effect.error.c_str());
+    }
+    return effect.record.get();
+}
+
+vtxDeviceHandle vtxRendererCore::makeEffectProgram(char const* path, qor::string& error) {
+    enterDevice_();
+    vtxDeviceHandle const program = device_->createEffect(path, error);
+    leaveDevice_();
+    return program;
 }

@@ -68,6 +68,8 @@ public:
     bool bindTexture(vtxTexture const* texture, vtxGeometryDraw& draw);
     /// With the model-view, scale and opacity in force.
     void drawGeometry(vtxGeometryDraw& draw);
+    /// The device's program of an effect file; 0 with the cause. Opens a pass where there is none.
+    vtxDeviceHandle makeEffectProgram(char const* path, qor::string& error);
     /// With the scale and opacity in force.
     void drawEffect(vtxEffectDraw& draw);
     /// What the device needs so that a target's units fall on whole pixels.
@@ -111,7 +113,7 @@ public:
     TechniqueType getTechnique() override;
     void pushTechnique(TechniqueType technique) override;
     void popTechnique() override;
-    vtxEffectShader* createEffectShader(char const* path) override;
+    vtxEffectShader* createEffectShader(char const* path, qor::string* error) override;
     unsigned getGeneration() override { return generation_; }
     vtxDevice& getDevice() override { return *device_; }
     Counters getCounters() override;
@@ -137,6 +139,13 @@ private:
         bool operator==(StackHeights const&) const = default;
     };
 
+    /// An effect file that was loaded, or why it was not.
+    struct LoadedEffect {
+        std::unique_ptr<vtxEffectRecord> record;
+        qor::string error;
+        bool logged = false;
+    };
+
     StackHeights getHeights_() const;
     void openPass_(Pass& pass, TechniqueType technique);
     void closePass_(Pass& pass);
@@ -148,6 +157,8 @@ private:
     osg::RectImpl<osg::Vec2i> getTargetRect_() const;
     osg::RectImpl<osg::Vec2i> getViewport_() const;
     osg::RectImpl<osg::Vec2i> getClip_() const;
+    /// Nothing that is drawn can be seen: cheap to tell, for the many that are scrolled out of view.
+    bool isClippedAway_() const;
     void updateView_();
     bool canPop_(std::size_t height, std::size_t base, char const* operation);
 
@@ -187,7 +198,7 @@ private:
     qor::hash_set<vtxFrameBufferRecord*> frameBuffers_;
     qor::vector<vtxDeviceHandle> retiredGeometries_;
     qor::vector<std::unique_ptr<vtxTargetStorage>> endedTargets_;
-    qor::hash_map<qor::string, std::unique_ptr<vtxEffectRecord>> effects_;
+    qor::hash_map<qor::string, LoadedEffect> effects_;
 };
 
 /// The managers' factories.

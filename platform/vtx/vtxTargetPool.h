@@ -44,7 +44,7 @@ public:
 
 private:
     static constexpr int maxAge = 60;
-    static constexpr std::size_t maxIdle = 16;
+    static constexpr std::size_t maxIdle = 8;
     struct Idle {
         vtxTargetKey key;
         vtxDeviceHandle target;

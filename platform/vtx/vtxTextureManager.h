@@ -2,6 +2,7 @@
 
 #include "platform/osg/RectImpl.h"
 #include "platform/qor/Api.h"
+#include "platform/qor/Containers.h"
 #include "platform/qor/String.h"
 
 #include <osg/Vec2i>
@@ -29,4 +30,12 @@ public:
 
     /// Ends textures without references that have not been asked for lately, and targets' records that are due.
     virtual void flushReleased() = 0;
+
+    // --- Live reload ---
+    /// Reads pictures anew whose files have changed since they were read: `getTexture` gives
+    /// other textures for them from now on. One that cannot be read stays
+    /// as it is; a line about it is appended to `error`.
+    virtual void reloadChanged(qor::basic_string<char>& error) = 0;
+    /// The files that are in use, also those that could not be read.
+    virtual qor::vector<qor::basic_string<char>> getFiles() const = 0;
 };

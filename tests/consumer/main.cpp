@@ -1,10 +1,12 @@
-// Opens a window with one button on the toolkit's own skin, clicks it, and checks that the click arrived.
+// Opens a window with one button on the toolkit's own skin and one from a window file, clicks a button in each, and
+// checks that the clicks arrived.
 #include <cstdio>
 #include <functional>
 #include <memory>
 
 #include "gui_lib/base/CallbackTypes.h"
 #include "gui_lib/controls/buttons/Button.h"
+#include "gui_lib/frame/GUI.h"
 #include "gui_lib/windows/Window.h"
 #include "host/Assets.h"
 #include "host/headless/HeadlessApplication.h"
@@ -29,10 +31,20 @@ int main() {
     window->insertWidget(button, 0);
     window->setVisible(true);
 
+    gui::WindowBase* const described = gui::GUI::get()->createWindowFromResource("gallery/row.lua");
+    if (!described)
+        return 1;
+    described->setPosition({420, 100});
+    described->setVisible(true);
+    gui::Container& row = static_cast<gui::Container&>(*described->findWidgetByName(L"row"));
+    int const before = row.getWidgetCount();
+
     testkit::Driver(application).click(testkit::byText("Button", "Press"));
+    testkit::Driver(application).click(testkit::byText("Button", "Add"));
+    int const added = row.getWidgetCount() - before;
     application.stop();
     gui::Application::destroy();
 
-    std::printf("consumer: %d click\n", clicks);
-    return clicks == 1 ? 0 : 1;
+    std::printf("consumer: %d click, %d item added\n", clicks, added);
+    return clicks == 1 && added == 1 ? 0 : 1;
 }

@@ -11,6 +11,9 @@
 #include "gui_lib/controls/buttons/ToggleButton.h"
 #include "gui_lib/controls/labels/AnimatedColorStatic.h"
 #include "gui_lib/controls/labels/Static.h"
+#include "gui_lib/controls/scroll/HorzScrollBar.h"
+#include "gui_lib/controls/scroll/ScrollPane.h"
+#include "gui_lib/controls/scroll/VertScrollBar.h"
 #include "gui_lib/controls/small/Panel.h"
 #include "gui_lib/controls/small/TabGroupItem.h"
 #include "gui_lib/controls/small/Tooltip.h"
@@ -180,6 +183,9 @@ std::map<std::string, std::function<gui::Widget*()>> getMakers() {
         {"animatedColorStaticSkin", [] { return new gui::AnimatedColorStatic; }},
         {"tabGroupItemSkin", [] { return new gui::TabGroupItem; }},
         {"panelSkin", [] { return new gui::Panel; }},
+        {"horzScrollBarSkin", [] { return new gui::HorzScrollBar; }},
+        {"vertScrollBarSkin", [] { return new gui::VertScrollBar; }},
+        {"scrollPaneSkin", [] { return new gui::ScrollPane; }},
         {"debugSkin",
          [] {
              auto* const panel = new gui::Panel;

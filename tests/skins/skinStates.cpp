@@ -11,6 +11,10 @@
 #include "gui_lib/controls/buttons/ToggleButton.h"
 #include "gui_lib/controls/labels/AnimatedColorStatic.h"
 #include "gui_lib/controls/labels/Static.h"
+#include "gui_lib/controls/scroll/HorzScrollBar.h"
+#include "gui_lib/controls/scroll/ScrollBarSkin.h"
+#include "gui_lib/controls/scroll/ScrollPane.h"
+#include "gui_lib/controls/scroll/VertScrollBar.h"
 #include "gui_lib/controls/small/Panel.h"
 #include "gui_lib/controls/small/TabGroupItem.h"
 #include "gui_lib/controls/small/Tooltip.h"
@@ -71,6 +75,17 @@ gui::Widget* makeCloseButton(Look look) {
     return button;
 }
 
+/// A button with the skin that a bar lends to one of its parts.
+template <class Bar, class PartSkin>
+std::function<gui::Widget*(Look)> partMaker(PartSkin* (gui::skin::ScrollBarSkin::*getSkin)() const) {
+    return [getSkin](Look look) -> gui::Widget* {
+        Bar const bar;
+        auto* const part = new Held<gui::Button>(look);
+        (bar.getSkin()->*getSkin)()->copyTo(part->getWidgetSkin());
+        return part;
+    };
+}
+
 /// The classes and the looks that they can reach.
 std::vector<WidgetClass> getClasses() {
     std::vector<int> const all = {0, 1, 2, 3};
@@ -86,6 +101,15 @@ std::vector<WidgetClass> getClasses() {
         {"Static", still, 1, maker<gui::Static>()},
         {"AnimatedColorStatic", still, 1, maker<gui::AnimatedColorStatic>()},
         {"Panel", still, 1, maker<gui::Panel>()},
+        {"HorzScrollBar", still, 1, maker<gui::HorzScrollBar>()},
+        {"VertScrollBar", still, 1, maker<gui::VertScrollBar>()},
+        {"ScrollPane", still, 1, maker<gui::ScrollPane>()},
+        {"Horizontal thumb", all, 1, partMaker<gui::HorzScrollBar>(&gui::skin::ScrollBarSkin::getThumbSkin)},
+        {"Vertical thumb", all, 1, partMaker<gui::VertScrollBar>(&gui::skin::ScrollBarSkin::getThumbSkin)},
+        {"Left step", all, 1, partMaker<gui::HorzScrollBar>(&gui::skin::ScrollBarSkin::getDecreaseButtonSkin)},
+        {"Right step", all, 1, partMaker<gui::HorzScrollBar>(&gui::skin::ScrollBarSkin::getIncreaseButtonSkin)},
+        {"Up step", all, 1, partMaker<gui::VertScrollBar>(&gui::skin::ScrollBarSkin::getDecreaseButtonSkin)},
+        {"Down step", all, 1, partMaker<gui::VertScrollBar>(&gui::skin::ScrollBarSkin::getIncreaseButtonSkin)},
         {"Tooltip", still, 1, maker<gui::Tooltip>(gui::WindowsManager::get(0))},
         {"Window", still, 2,
          [](Look look) {
@@ -117,7 +141,7 @@ public:
         qor::addAssetRoot("assets");
         host::HostOptions options;
         options.skin = skin;
-        options.size = {sheetWidth, 1040};
+        options.size = {sheetWidth, 1680};
         options.scale = 1.0f;
         started_ = application_.start(options);
         if (started_) {

@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "gui_lib/base/UpdateManager.h"
+#include "gui_lib/controls/scroll/ScrollBar.h"
+#include "gui_lib/controls/scroll/ScrollPane.h"
 #include "gui_lib/controls/small/TabGroupItem.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/widget/WidgetHandler.h"
@@ -260,10 +262,16 @@ void Monkey::attach_(Widget& widget) {
                                    std::make_shared<std::function<bool(gui::KeyboardButton, int)>>(
                                        hook(Kind(int(Kind::KeyDown) + type - gui::KeyboardCallbackDown))));
     constexpr std::pair<char const*, Kind> names[] = {
-        {Widget::changeCallbackName, Kind::Change},           {Widget::focusCallbackName, Kind::Focus},
-        {Widget::positionCallbackName, Kind::Position},       {Widget::sizeCallbackName, Kind::Size},
-        {gui::WindowBase::closeCallbackName, Kind::Close},    {gui::TabGroupItem::showCallbackName, Kind::TabShow},
+        {Widget::changeCallbackName, Kind::Change},
+        {Widget::focusCallbackName, Kind::Focus},
+        {Widget::positionCallbackName, Kind::Position},
+        {Widget::sizeCallbackName, Kind::Size},
+        {gui::WindowBase::closeCallbackName, Kind::Close},
+        {gui::TabGroupItem::showCallbackName, Kind::TabShow},
         {gui::TabGroupItem::hideCallbackName, Kind::TabHide},
+        {gui::ScrollBar::thumbPressedCallbackName, Kind::ThumbPressed},
+        {gui::ScrollBar::thumbReleasedCallbackName, Kind::ThumbReleased},
+        {gui::ScrollPane::changeScrollPaneCallbackName, Kind::PaneChange},
     };
     for (auto const& [name, kind] : names)
         widget.addWidgetCallback(gui::getWidgetCallbackType(name), std::make_shared<std::function<void()>>(hook(kind)));

@@ -47,6 +47,9 @@ enum class MonkeyKind : uint8_t {
     Close,
     TabShow,
     TabHide,
+    ThumbPressed,
+    ThumbReleased,
+    PaneChange,
     Redraw,
     DoRedraw,
     HotKey,
@@ -89,9 +92,9 @@ struct MonkeyWidget {
 /// capture that points to strangers, windows in wrong lists, dead widgets in the work lists. Empty if all is well.
 std::string findTreeFault(std::vector<MonkeyWidget> const& live);
 
-/// Plays a run of events on a scene, and from inside callbacks ends, moves and reskins widgets, posts input and runs
-/// nested frames; looks after each event whether all is still well. Lifetime: one run at a time; it makes and ends the
-/// host of each scene.
+/// Plays a run of events on a scene, and from inside callbacks ends, moves, reskins and animates widgets, posts input
+/// and runs nested frames; looks after each event whether all is still well. Lifetime: one run at a time; it makes and
+/// ends the host of each scene.
 class Monkey {
 public:
     struct Settings {

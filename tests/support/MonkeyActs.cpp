@@ -4,6 +4,7 @@
 
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/controls/small/Panel.h"
+#include "gui_lib/effects/ShaderEffectParams.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/widget/AliveGuard.h"
 #include "gui_lib/widget/Container.h"
@@ -41,6 +42,9 @@ constexpr std::array<char const*, monkeyKindCount> kindNames = {"mouse move",
                                                                 "window close",
                                                                 "tab show",
                                                                 "tab hide",
+                                                                "thumb pressed",
+                                                                "thumb released",
+                                                                "pane change",
                                                                 "redraw",
                                                                 "do redraw",
                                                                 "hot key",
@@ -61,9 +65,13 @@ constexpr std::array<char const*, monkeyKindCount> kindNames = {"mouse move",
                                                                 "quit",
                                                                 "activate"};
 
-constexpr char const* skinNames[] = {"buttonSkin",  "staticSkin",       "windowSkin",      "checkBoxSkin",
-                                     "panelSkin",   "tabGroupItemSkin", "noSuchSkin",      "switchButtonSkin",
-                                     "tooltipSkin", "modalWindowSkin",  "radioButtonSkin", "horzScrollBarSkin"};
+constexpr char const* skinNames[] = {"buttonSkin",    "staticSkin",       "windowSkin",      "checkBoxSkin",
+                                     "panelSkin",     "tabGroupItemSkin", "noSuchSkin",      "switchButtonSkin",
+                                     "tooltipSkin",   "modalWindowSkin",  "radioButtonSkin", "horzScrollBarSkin",
+                                     "scrollPaneSkin"};
+
+/// The last takes one away.
+constexpr char const* effectNames[] = {"alpha", "showMsg", "appearQuads", "flickerQuads", nullptr};
 
 Widget* findFocused() {
     Widget* focused = gui::WindowsManager::get(0)->getActiveWindow();
@@ -241,8 +249,16 @@ void Monkey::moveWidget_(gui::Widget* self) {
 
 void Monkey::loadSkin_(gui::Widget* self) {
     Widget* const widget = self ? self : pickWidget_(pick_ * 11u);
-    if (widget && widget->getWidgetSkin())
-        widget->getWidgetSkin()->load(skinNames[pick_ % std::size(skinNames)]);
+    if (!widget || !widget->getWidgetSkin())
+        return;
+    if (pick_ / 16 % 4 != 3)
+        return widget->getWidgetSkin()->load(skinNames[pick_ % std::size(skinNames)]);
+    gui::skin::ShaderEffectParams params;
+    params["duration"] = float(pick_ % 4) / 8.0f;
+    params["quadSize"] = float(pick_ % 3) * 12.0f;
+    for (char const* const key : {"easing", "easingAlpha", "easingSize"})
+        params[key] = float(pick_ % 33);
+    widget->setShaderEffect(effectNames[pick_ % std::size(effectNames)], &params);
 }
 
 void Monkey::postInput_() {

@@ -47,7 +47,7 @@ enum class MonkeyVerb : uint8_t {
     EndCaptured,
     EndModal,
     Move,
-    LoadSkin,
+    LoadSkin,  ///< or start an effect
     PostInput,
     NestedFrame,
     Count

@@ -8,18 +8,23 @@
 #include "gui_lib/controls/buttons/CheckBox.h"
 #include "gui_lib/controls/buttons/RadioButton.h"
 #include "gui_lib/controls/labels/AnimatedColorStatic.h"
+#include "gui_lib/controls/scroll/HorzScrollBar.h"
+#include "gui_lib/controls/scroll/ScrollPane.h"
+#include "gui_lib/controls/scroll/VertScrollBar.h"
 #include "gui_lib/controls/small/Panel.h"
 #include "gui_lib/controls/small/TabGroupItem.h"
 #include "gui_lib/controls/small/TextureView.h"
 #include "gui_lib/controls/small/Tooltip.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
+#include "gui_lib/layouts/FormLayout.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/windows/BuddyWindow.h"
 #include "gui_lib/windows/ModalWindow.h"
 #include "gui_lib/windows/OffscreenWindow.h"
 #include "gui_lib/windows/OverlayWindow.h"
 #include "gui_lib/windows/Window.h"
+#include "gui_lib/windows/WindowBaseSkin.h"
 #include "platform/qor/Paths.h"
 #include "platform/vtx/vtxRenderer.h"
 #include "platform/vtx/vtxTextureManager.h"
@@ -48,6 +53,29 @@ Widget* furnish(WindowType* window) {
     auto* const overlay = dress(new gui::Static, L"Over");
     overlay->setPosition(Vec2i(150, 120));
     window->insertOverlayWidget(overlay, -1);
+    return window;
+}
+
+/// With the look that a popup gets from its subclass, as a list or a menu has.
+Widget* makePopup() {
+    class Popup final : public gui::PopupWindow {
+    public:
+        Popup() {
+            skin = new gui::skin::WindowBaseSkin(this);
+            skin->load("windowSkin");
+        }
+        int getWidgetCount() const override { return getWidgetCount_(); }
+        Widget* getWidget(int index) const override { return getWidget_(index); }
+        void insertWidget(Widget* widget, int index) override { insertWidget_(widget, index); }
+    };
+    return furnish(new Popup);
+}
+
+Widget* makeBuddy() {
+    auto* const window = new gui::BuddyWindow;
+    window->getWidgetSkin()->load("windowSkin");
+    furnish(window);
+    window->setBuddyWidget(window->getWidget(0));
     return window;
 }
 
@@ -110,6 +138,39 @@ Widget* makePanel() {
     return panel;
 }
 
+template <class BarType>
+Widget* makeBar(Vec2i const& size) {
+    auto* const bar = dress(new BarType, L"", size);
+    bar->setThumbValue(40.0);
+    bar->setStep(3.0);
+    // The middle, which the mouse presses, is on the thumb.
+    bar->setValue(31.0);
+    return bar;
+}
+
+Widget* makeScrollPane() {
+    auto* const pane = dress(new gui::ScrollPane, L"", Vec2i(200, 120));
+    for (int i = 0; i < 12; ++i) {
+        auto* const button = dress(new gui::Button, L"Scrolled");
+        button->setPosition(Vec2i(i % 2 * 140 + 4, i / 2 * 40));
+        pane->insertWidget(button, -1);
+    }
+    pane->setHorzMouseWheel(true);
+    pane->setVertScrollValue(25.0);
+    pane->setHorzScrollValue(9.0);
+    return pane;
+}
+
+Widget* makeForm() {
+    auto* const panel = dress(new gui::Panel, L"", Vec2i(200, 120));
+    panel->setLayout((new gui::FormLayout(8, 6))->handler());
+    for (wchar_t const* const text : {L"Caption", L"Longer caption"}) {
+        panel->insertWidget(dress(new gui::Static, text), -1);
+        panel->insertWidget(dress(new gui::Button, L"Field"), -1);
+    }
+    return panel;
+}
+
 constexpr char const* changed = Widget::changeCallbackName;
 constexpr char const* closed = gui::WindowBase::closeCallbackName;
 
@@ -128,6 +189,7 @@ std::vector<ZooAnimal> const& getZoo() {
         {.name = "Widget", .make = [] { return dress(new Widget, L"Bare"); }, .seen = false},
         {.name = "Container", .make = []() -> Widget* { return dress(new gui::Container, L""); }, .seen = false},
         {"Panel", makePanel},
+        {"PanelForm", makeForm},
         {.name = "Button",
          .make = []() -> Widget* { return dress(new gui::Button, L"Press me"); },
          .callbacks = {changed}},
@@ -152,6 +214,13 @@ std::vector<ZooAnimal> const& getZoo() {
          .callbacks = {gui::TabGroupItem::hideCallbackName},
          .stir = selectAnotherTab},
         {"TextureView", makeTextureView},
+        {.name = "HorzScrollBar",
+         .make = [] { return makeBar<gui::HorzScrollBar>(Vec2i(128, 16)); },
+         .callbacks = {changed, gui::ScrollBar::thumbPressedCallbackName, gui::ScrollBar::thumbReleasedCallbackName}},
+        {.name = "VertScrollBar",
+         .make = [] { return makeBar<gui::VertScrollBar>(Vec2i(14, 120)); },
+         .callbacks = {changed, gui::ScrollBar::thumbPressedCallbackName, gui::ScrollBar::thumbReleasedCallbackName}},
+        {.name = "ScrollPane", .make = makeScrollPane, .callbacks = {gui::ScrollPane::changeScrollPaneCallbackName}},
         {.name = "Tooltip",
          .make = []() -> Widget* { return dress(new gui::Tooltip(gui::WindowsManager::get(0)), L"A hint"); },
          .clones = false},
@@ -162,16 +231,15 @@ std::vector<ZooAnimal> const& getZoo() {
          .stir = close},
         {.name = "ModalWindow", .make = makeModal, .window = true, .callbacks = {closed}, .stir = close},
         {.name = "PopupWindow",
-         .make = [] { return furnish(new gui::PopupWindow); },
+         .make = makePopup,
          .window = true,
          .clones = false,
          .callbacks = {closed},
          .stir = close},
         {.name = "BuddyWindow",
-         .make = [] { return furnish(new gui::BuddyWindow); },
+         .make = makeBuddy,
          .window = true,
          .clones = false,
-         .named = false,
          .callbacks = {closed},
          .stir = close},
         {.name = "OverlayWindow",

@@ -24,8 +24,6 @@ struct ZooAnimal {
     bool clones = true;
     /// It shows something of its own, not only its children.
     bool seen = true;
-    /// A function of the skin file gives its skin, if it has one.
-    bool named = true;
     /// The mouse reaches it.
     bool pointed = true;
     /// Widget callbacks that `ZooHost::tease` or `stir` calls, beside those that every widget has.

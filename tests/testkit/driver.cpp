@@ -9,7 +9,10 @@
 
 #include "examples/gallery/Gallery.h"
 #include "gui_lib/controls/buttons/CheckBox.h"
+#include "gui_lib/controls/buttons/ToggleButton.h"
 #include "gui_lib/controls/labels/Static.h"
+#include "gui_lib/controls/scroll/ScrollPane.h"
+#include "gui_lib/windows/CloseButton.h"
 #include "gui_lib/windows/ModalWindow.h"
 #include "gui_lib/windows/WindowHeader.h"
 #include "gui_lib/windows/WindowView.h"
@@ -51,6 +54,37 @@ TEST(Driver, ATestOfTheGalleryReadsAsAPersonWouldSayIt) {
     osg::Vec2i const place = screen.project(driver.find("screen button").widgetToScreen({0, 0}));
     ground.addWindow(L"lid", place - osg::Vec2i(40, 60), {300, 200}).setVisible(true);
     EXPECT_TRUE(contains(ground.reasonOf([&] { driver.click("screen button"); }), "it is covered"));
+}
+
+TEST(GalleryIndex, OpensPagesByMouseAndKeyboardAndRaisesTheCoveredOnes) {
+    GalleryGround ground;
+    testkit::Driver& driver = *ground.driver;
+    auto const shown = [&](char const* caption) {
+        return driver.find<gui::ToggleButton>(byText("ToggleButton", caption).in("pages")).getState() > 0;
+    };
+    EXPECT_TRUE(shown("States") && !shown("Windows"));
+    driver.click(byText("ToggleButton", "Windows").in("pages"));
+    EXPECT_TRUE(driver.has("windows") && shown("Windows"));
+    driver.click(byText("ToggleButton", "States").in("pages"));
+    EXPECT_TRUE(driver.has("states") && shown("States")) << "it was covered, so it comes to the front";
+    driver.click(byText("ToggleButton", "States").in("pages"));
+    EXPECT_FALSE(driver.has("states") || shown("States"));
+    driver.click(*driver.find<gui::Window>("windows").getHeader()->getCloseButton());
+    EXPECT_FALSE(shown("Windows")) << "closed by its own button";
+
+    driver.pressKeys("f1");
+    driver.pressKeys("tab");
+    driver.pressKeys("space");
+    EXPECT_TRUE(driver.has("states") && driver.find("states").getFocused()) << "the second of the index";
+    // Each file makes a window the first time.
+    for (GalleryPages::Page const& page : ground.gallery.getPages().getPages()) {
+        if (page.file.empty())
+            continue;
+        driver.click(*page.button.get());
+        EXPECT_TRUE(page.window.get() && page.window.get()->getVisible(false)) << page.file;
+        driver.click(*page.button.get());
+        EXPECT_FALSE(page.window.get()->getVisible(false)) << page.file;
+    }
 }
 
 TEST(Driver, APathSkipsLevelsAndWhatFitsTwiceOrNotAtAllIsToldWithItsNeighbours) {
@@ -164,6 +198,31 @@ TEST(Driver, ACoveredWindowIsRaisedByAClickOnItsHeaderOrAQuietPlace) {
     EXPECT_EQ(clicks, 3);
 }
 
+TEST(Driver, ReachesWhatPanesInPanesHaveScrolledAway) {
+    DriverGround ground;
+    auto& window = ground.addWindow(L"window", {50, 50}, {300, 300});
+    auto* const outer = new gui::ScrollPane;
+    outer->setSize({220, 160});
+    window.insertWidget(outer, -1);
+    auto* const inner = new gui::ScrollPane;
+    inner->setPosition({10, 700});
+    inner->setSize({180, 100});
+    inner->setHorzMouseWheel(true);
+    outer->insertWidget(inner, -1);
+    int clicks = 0;
+    for (wchar_t const* name : {L"first", L"last"}) {
+        osg::Vec2i const place = *name == L'f' ? osg::Vec2i(0, 0) : osg::Vec2i(400, 900);
+        onClick(ground.addButton(*inner, name, place), [&] { ++clicks; });
+    }
+    window.setVisible(true);
+    ground.driver->runFrames(2);
+    ground.driver->click("last");
+    EXPECT_GT(outer->getVertScrollValue(), 0.0);
+    EXPECT_GT(inner->getHorzScrollValue(), 0.0);
+    ground.driver->click("first");
+    EXPECT_EQ(clicks, 2);
+}
+
 TEST(Driver, TheWheelBringsWhatIsCutOffIntoView) {
     DriverGround ground;
     auto& window = ground.addWindow(L"window", {50, 50}, {300, 300});
@@ -185,6 +244,7 @@ TEST(Driver, TheWheelBringsWhatIsCutOffIntoView) {
     onClick(last, [&] { ++clicks; });
     onClick(ground.addButton(*page, L"top", {10, 10}), [&] { ++clicks; });
     window.setVisible(true);
+    ground.driver->runFrames(2);
     ground.driver->click("last");
     EXPECT_EQ(clicks, 1);
     ground.driver->click("top");

@@ -33,6 +33,7 @@ char const* const usage =
     "  cursor                   prints a hash of the cursor's picture, and width and height of what is opaque\n"
     "  wait-cursor HASH         waits until the cursor is that one\n"
     "  wait-cursor-not HASH...  waits until it is none of those, and prints as cursor does\n"
+    "  close WINDOW             asks the window to close, as a window manager does\n"
     "  cover X Y W H            lays a window of its own over the region until it is killed\n"
     "A wait gives up after 10 seconds with status 1; bad use is status 2.\n";
 
@@ -276,6 +277,17 @@ int runPicture(Display* display, Words const& words) {
         XNextEvent(display, &event);
 }
 
+void requestClose(Display* display, Window window) {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    event.xclient.data.l[1] = CurrentTime;
+    XSendEvent(display, window, False, NoEventMask, &event);
+}
+
 int runCursor(Display* display, Words const& words) {
     if (words[0] == "cursor") {
         print(getCursor(display));
@@ -305,6 +317,11 @@ int main(int count, char** arguments) {
         fail("the display has no XFixes");
     if (words[0] == "cover" && words.size() == 5)
         cover(display, words);
+    if (words[0] == "close" && words.size() == 2) {
+        requestClose(display, static_cast<Window>(toNumber(words[1])));
+        XCloseDisplay(display);
+        return 0;
+    }
     bool const ofCursor = words[0].find("cursor") != std::string::npos;
     if (!ofCursor && words.size() < 2)
         fail(usage);

@@ -94,7 +94,7 @@ settle() {
 
 # --- Where the widgets are ---
 
-# locate <window> <type and text as the tree has them>: sets x, y, w, h and the middle, cx and cy.
+# locate <window> <type and text as the trees have them>: sets x, y, w, h and the middle, cx and cy.
 locate() {
     read -r x y w h < <(awk -v window="name \"$1\"" -v what="$2 " '
         /^  [^ ]/ { inside = index($0, window) > 0 }
@@ -103,7 +103,7 @@ locate() {
             gsub(/[,x]/, " ", place)
             print place
             exit
-        }' "$out/gallery.log")
+        }' "$out/session.log")
     [ -n "${h:-}" ] || give_up "the tree has no $2 in the window $1"
     cx=$((x + w / 2))
     cy=$((y + h / 2))
@@ -142,18 +142,19 @@ start_server() {
 }
 
 find_window() {
-    kill -0 "$program" 2> /dev/null || give_up "the gallery ended at its start; see $out/gallery.log"
+    kill -0 "$program" 2> /dev/null || give_up "the gallery ended at its start; see the logs in $out"
     window="$(xdotool search --name '^Vorlex GUI gallery$' 2> /dev/null | head -n 1)"
     [ -n "$window" ]
 }
 
+# start_gallery <name>: NAME.log and NAME.rec tell of this run.
 start_gallery() {
     left=0
     top=0
     xdotool mousemove 2 2
     keep black 0 0 1440 900
     env -u WAYLAND_DISPLAY SDL_VIDEODRIVER=x11 LIBGL_ALWAYS_SOFTWARE=1 "$gallery" --still --scale 1 --skin dark \
-        --size ${width}x$height --record "$out/session.rec" > "$out/gallery.log" 2>&1 &
+        --size ${width}x$height --record "$out/$1.rec" > "$out/$1.log" 2>&1 &
     program=$!
     await find_window || await find_window || give_up "the gallery opens no window"
     changes black 400000 || give_up "the gallery draws nothing"
@@ -163,7 +164,16 @@ start_gallery() {
     xdotool windowfocus "$window"
 }
 
-tree_count() { [ "$(grep -c ' in the window ' "$out/gallery.log")" -eq "$1" ]; }
+tree_count() { [ "$(grep -c ' in the window ' "$out/session.log")" -eq "$1" ]; }
+
+# Another tree, for windows that were not shown before.
+read_tree_again() {
+    local count
+    count=$(grep -c ' in the window ' "$out/session.log")
+    keep plain 0 0 $width $height
+    xdotool key F12
+    await tree_count $((count + 1)) && changes plain 1000 && xdotool key F12 && returns plain
+}
 
 # The first frames are slow and not all alike, so the first tree is for them. F12 shows debug skins along with it.
 read_tree() {
@@ -178,7 +188,7 @@ read_tree() {
     xdotool key F12
     returns start || give_up "the debug skins do not go away"
     read -r sw sh corners_line < <(sed -n 's/.* \([0-9]*\)x\([0-9]*\) in the window /\1 \2 /p' \
-        "$out/gallery.log" | tail -n 1)
+        "$out/session.log" | tail -n 1)
     read -ra corners <<< "${corners_line//,/ }"
     locate controls 'SwitchButton "Scale"'
     marker_x=$cx
@@ -392,11 +402,66 @@ the_close_button_hides_the_window() {
     click $((close[0] + close[2] / 2)) $((close[1] + close[3] / 2)) && returns uncovered && settle && picture closed
 }
 
+# The page "Windows" is opened from the index; what it opens lies over the middle of the gallery's window.
+the_index_opens_a_page() {
+    locate pages 'ToggleButton "Windows"'
+    opener=("$cx" "$cy")
+    settle && keep middle $((width / 2 - 20)) $((height / 2 - 20)) 40 40 && click "$cx" "$cy" && changes middle &&
+        read_tree_again && settle && picture page || return 1
+    locate windows 'Static name "windows status"'
+    answer=("$x" "$y" "$w" "$h")
+    locate windows 'Button "Ask and wait..."'
+    ask=("$cx" "$cy")
+}
+
+# open_modal: the look of the middle without it is kept.
+open_modal() {
+    keep middle $((width / 2 - 20)) $((height / 2 - 20)) 40 40 && keep answer "${answer[@]}" && click "${ask[@]}" &&
+        changes middle
+}
+
+# The frames that show the modal window run inside of the button's callback.
+a_modal_window_takes_all_input_while_the_scene_goes_on() {
+    settle && open_modal && read_tree_again || return 1
+    locate unsaved 'Button "Discard"'
+    keep discard "$x" "$y" "$w" "$h" && click "$marker_x" "$marker_y" && move "$cx" "$cy" && changes discard &&
+        is marker || return 1
+    project_box 0 0 "$sw" "$sh"
+    xdotool key space
+    keep scene "$bx" "$by" "$bw" "$bh" && changes scene 2000 && keep scene "$bx" "$by" "$bw" "$bh" &&
+        changes scene 2000 && picture modal || return 1
+    xdotool key space
+    press && release && returns middle && changes answer && settle
+}
+
+a_modal_window_ends_by_its_close_button() {
+    settle && open_modal || return 1
+    locate unsaved CloseButton
+    click "$cx" "$cy" && returns middle && changes answer && settle
+}
+
+a_popup_closes_at_a_press_beside_it() {
+    locate windows 'Button "Popup"'
+    local beside_y=$((y + h + 16))
+    settle && keep below "$cx" $beside_y 60 20 && click "$cx" "$cy" && changes below || return 1
+    click $((cx + 10)) $((beside_y + 10)) && settle && ! is below && picture popup && park && press && release &&
+        returns below
+}
+
 escape_ends_the_program() {
     xdotool key Escape
     left=0 top=0 returns black && await ended && wait "$program" && program=
 }
 ended() { ! kill -0 "$program" 2> /dev/null; }
+
+# In a run of its own. The window manager's request reaches the frames inside, which end first.
+closing_the_program_while_a_modal_window_waits_ends_it() {
+    start_gallery closing
+    "$probe" wait-still "$left" "$top" $width $height || give_up "the gallery does not stand still"
+    keep page "${answer[@]}" && click "${opener[@]}" && changes page && open_modal || return 1
+    "$probe" close "$window" && left=0 top=0 returns black && await ended && wait "$program" && program= &&
+        "$gallery" --replay "$out/closing.rec" --back-end trace --out "$out/closing" > "$out/closing-replay.log" 2>&1
+}
 
 # Twice: the widgets must end up as in the session, and the frames must be the same.
 a_replay_ends_as_the_session_did() {
@@ -420,7 +485,7 @@ check() {
     echo "FAILED  ${1//_/ } ($((SECONDS - start)) s): $out/failed-$1.png shows the screen"
     release
     park
-    kill -0 "$program" 2> /dev/null || give_up "the gallery ended too early; see $out/gallery.log"
+    kill -0 "$program" 2> /dev/null || give_up "the gallery ended too early; see $out/session.log"
 }
 
 # Each step, for whoever looks into a failure.
@@ -429,7 +494,7 @@ BASH_XTRACEFD=9
 PS4='+ $SECONDS s: '
 set -x
 start_server
-start_gallery
+start_gallery session
 read_tree
 measure_labels
 echo "ready on display $DISPLAY after $SECONDS s"
@@ -451,8 +516,13 @@ check a_window_dragged_far_down_comes_back
 check a_border_changes_the_cursor
 check a_drag_on_the_border_resizes
 check the_close_button_hides_the_window
+check the_index_opens_a_page
+check a_modal_window_takes_all_input_while_the_scene_goes_on
+check a_modal_window_ends_by_its_close_button
+check a_popup_closes_at_a_press_beside_it
 check escape_ends_the_program
 check a_replay_ends_as_the_session_did
+check closing_the_program_while_a_modal_window_waits_ends_it
 
 echo "$SECONDS s"
 if [ ${#failed[@]} -gt 0 ]; then

@@ -1,5 +1,6 @@
 #include "gui_lib/controls/buttons/CheckBoxData.h"
 
+#include "gui_lib/Skin/LookChanges.h"
 #include "gui_lib/Skin/luautil.h"
 
 namespace gui::skin {
@@ -98,6 +99,17 @@ void CheckBoxData::copyState_(Data* other, InteractiveState state, int inner) co
 
 std::shared_ptr<StateInfo> CheckBoxData::makeStateInfo_(StateInfo const* source) const {
     return makeStateInfoOf_<CheckBoxStateInfo>(source);
+}
+
+std::unique_ptr<Data> CheckBoxData::makeNew_() const { return std::make_unique<CheckBoxData>(nullptr); }
+
+void CheckBoxData::keepChanges_(Data const& was, Data const& before, InteractiveState state, int inner) {
+    Data::keepChanges_(was, before, state, inner);
+    auto const* const wasCheckBox = dynamic_cast<CheckBoxData const*>(&was);
+    auto const* const beforeCheckBox = dynamic_cast<CheckBoxData const*>(&before);
+    if (wasCheckBox && beforeCheckBox)
+        keepLookChanges(wasCheckBox->getCheck(state, inner), beforeCheckBox->getCheck(state, inner),
+                        getCheck(state, inner), [&](Image::Info const* info) { setCheck(info, state, inner); });
 }
 
 }  // namespace gui::skin

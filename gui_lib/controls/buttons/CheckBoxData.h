@@ -43,6 +43,8 @@ protected:
     void copyParams_(Data* other) const override;
     void copyState_(Data* other, InteractiveState state, int inner) const override;
     std::shared_ptr<StateInfo> makeStateInfo_(StateInfo const* source) const override;
+    std::unique_ptr<Data> makeNew_() const override;
+    void keepChanges_(Data const& was, Data const& before, InteractiveState state, int inner) override;
 
     int checkSize = 16;
     int checkGap = 2;

@@ -71,4 +71,8 @@ void AnimatedColorStaticData::copyParams_(Data* other) const {
             target->*key.field = this->*key.field;
 }
 
+std::unique_ptr<Data> AnimatedColorStaticData::makeNew_() const {
+    return std::make_unique<AnimatedColorStaticData>(nullptr);
+}
+
 }  // namespace gui::skin

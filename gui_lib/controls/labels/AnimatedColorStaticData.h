@@ -27,6 +27,7 @@ protected:
     void loadParams_(lua_State* L) override;
     void unloadParams_(lua_State* L) const override;
     void copyParams_(Data* other) const override;
+    std::unique_ptr<Data> makeNew_() const override;
 
     float textColorAppearDuration = 2.0f;
     float textColorShowDuration = 5.0f;

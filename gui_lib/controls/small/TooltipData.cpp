@@ -50,4 +50,6 @@ void TooltipData::copyParams_(Data* other) const {
     }
 }
 
+std::unique_ptr<Data> TooltipData::makeNew_() const { return std::make_unique<TooltipData>(nullptr); }
+
 }  // namespace gui::skin

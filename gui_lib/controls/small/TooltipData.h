@@ -24,6 +24,7 @@ protected:
     void loadParams_(lua_State* L) override;
     void unloadParams_(lua_State* L) const override;
     void copyParams_(Data* other) const override;
+    std::unique_ptr<Data> makeNew_() const override;
 
     double startTime = 0.5;
     double duration = 4.0;

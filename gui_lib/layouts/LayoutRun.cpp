@@ -1,0 +1,65 @@
+#include "gui_lib/layouts/LayoutRun.h"
+
+#include "gui_lib/base/SaturatingMath.h"
+#include "gui_lib/layouts/Layout.h"
+#include "gui_lib/layouts/LayoutHandler.h"
+#include "gui_lib/widget/AliveGuard.h"
+#include "gui_lib/widget/WidgetHandler.h"
+
+namespace gui {
+
+osg::Vec2i getClientSize(Container const& container) {
+    osg::RectImpl<osg::Vec2i> const client = container.getClientRect();
+    return {saturatingSubtract(client.x2, client.x1), saturatingSubtract(client.y2, client.y1)};
+}
+
+LayoutRun::LayoutRun(Layout& layout)
+    : layout_(layout.handler()), container_(layout.getContainer()), number_(++layout.runCount_) {
+    Container const* const owner = getContainer();
+    if (!owner)
+        return;
+    auto const client = owner->getClientRect();
+    origin_.set(client.x1, client.y1);
+    room_ = getClientSize(*owner);
+}
+
+Container* LayoutRun::getContainer() const { return dynamic_cast<Container*>(WidgetHandler::get(container_)); }
+
+Widget* LayoutRun::getChild(int index) const {
+    Container const* const owner = getContainer();
+    return owner ? owner->getWidget(index) : nullptr;
+}
+
+bool LayoutRun::goesOn_() const {
+    Layout const* const layout = LayoutHandler::get(layout_);
+    // A container that dies takes its layout along, or is taken from it.
+    return layout && layout->runCount_ == number_ && layout->getContainer() == container_;
+}
+
+bool LayoutRun::resize(Widget* child, osg::Vec2i const& size) const {
+    if (child)
+        child->setSize(size);
+    return goesOn_();
+}
+
+bool LayoutRun::move(Widget* child, osg::Vec2i const& position) const {
+    if (child)
+        child->setPosition(position);
+    return goesOn_();
+}
+
+bool LayoutRun::resizeAndMove(Widget* child, osg::Vec2i const& size, osg::Vec2i const& position) const {
+    if (!child)
+        return goesOn_();
+    AliveGuard const lives(child);
+    return resize(child, size) && move(lives.alive() ? child : nullptr, position);
+}
+
+bool LayoutRun::moveAndResize(Widget* child, osg::Vec2i const& position, osg::Vec2i const& size) const {
+    if (!child)
+        return goesOn_();
+    AliveGuard const lives(child);
+    return move(child, position) && resize(lives.alive() ? child : nullptr, size);
+}
+
+}  // namespace gui

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "gui_lib/layouts/MeasurePass.h"
+#include "gui_lib/widget/Container.h"
+
+#include <osg/Vec2i>
+
+namespace gui {
+
+class Layout;
+class LayoutHandler;
+
+/// Calls `visit(index, child)` for each living child; answers how many places there are, 0 without a container.
+template <class Visit>
+int visitChildren(Container const* container, Visit const& visit) {
+    int const count = container ? container->getWidgetCount() : 0;
+    for (int i = 0; i < count; ++i)
+        if (Widget* const child = container->getWidget(i))
+            visit(i, *child);
+    return count;
+}
+
+/// Of the client rectangle.
+osg::Vec2i getClientSize(Container const& container);
+
+/// One walk of a layout over the children of its container. Each size and place that is given to a child may call the
+/// host, which may do anything; the walk then ends if layout or container has died, the layout has gone to another
+/// container, or it has run anew in between, for that one has seen the newer state.
+/// Coordinates: GUI units of the container.
+class LayoutRun {
+public:
+    explicit LayoutRun(Layout& layout);
+
+    /// Null without a container that lives: there is nothing to do.
+    Container* getContainer() const;
+    /// The container's client rectangle as it was at the beginning.
+    osg::Vec2i const& getOrigin() const { return origin_; }
+    osg::Vec2i const& getRoom() const { return room_; }
+    Widget* getChild(int index) const;
+
+    // --- False: the walk ends, and nothing of the layout may be touched ---
+    bool resize(Widget* child, osg::Vec2i const& size) const;
+    bool move(Widget* child, osg::Vec2i const& position) const;
+    bool resizeAndMove(Widget* child, osg::Vec2i const& size, osg::Vec2i const& position) const;
+    bool moveAndResize(Widget* child, osg::Vec2i const& position, osg::Vec2i const& size) const;
+
+private:
+    bool goesOn_() const;
+
+    MeasurePass pass_;
+    LayoutHandler* layout_;
+    WidgetHandler* container_;
+    unsigned number_;
+    osg::Vec2i origin_;
+    osg::Vec2i room_;
+};
+
+}  // namespace gui

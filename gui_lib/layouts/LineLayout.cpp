@@ -1,0 +1,187 @@
+#include "gui_lib/layouts/LineLayout.h"
+
+#include "gui_lib/base/SaturatingMath.h"
+#include "gui_lib/layouts/FairShare.h"
+#include "gui_lib/layouts/LayoutRun.h"
+
+#include <algorithm>
+
+namespace gui {
+
+LineLayout::LineLayout(int newGap, Axis mainAxis) : gap(newGap), mainAxis_(mainAxis) {}
+
+void LineLayout::copySettings_(LineLayout& target) const {
+    target.gap = gap;
+    target.horzAlign = horzAlign;
+    target.vertAlign = vertAlign;
+}
+
+// --- Settings ---
+
+void LineLayout::setGap(int newGap) {
+    gap = newGap;
+    changed_();
+}
+
+void LineLayout::setHorzAlign(Align const& align) {
+    horzAlign = align;
+    changed_();
+}
+
+void LineLayout::setVertAlign(Align const& align) {
+    vertAlign = align;
+    changed_();
+}
+
+// --- Size questions ---
+
+void LineLayout::addGaps_(osg::Vec2i& sum, int childCount) const {
+    int& length = sum[mainAxis_];
+    if (length >= 1)
+        length = saturatingAdd(length, saturatingMultiply(childCount - 1, gap));
+}
+
+osg::Vec2i LineLayout::getMinSize() const {
+    int const across = 1 - mainAxis_;
+    osg::Vec2i result(0, 0);
+    int const count = visitChildren(getLiveContainer_(), [&](int, Widget const& child) {
+        osg::Vec2i const least = child.getMinSize();
+        result[mainAxis_] = saturatingAdd(result[mainAxis_], least[mainAxis_]);
+        result[across] = std::max(result[across], least[across]);
+    });
+    addGaps_(result, count);
+    return result;
+}
+
+osg::Vec2i LineLayout::getPrefSize() const {
+    int const across = 1 - mainAxis_;
+    osg::Vec2i result(0, 0);
+    int const count = visitChildren(getLiveContainer_(), [&](int, Widget const& child) {
+        osg::Vec2i const wanted = child.getPrefSize();
+        result[mainAxis_] = saturatingAdd(result[mainAxis_], wanted[mainAxis_]);
+        result[across] = std::max(result[across], wanted[across]);
+    });
+    if (count > 0)
+        result[mainAxis_] = saturatingAdd(result[mainAxis_], saturatingMultiply(count - 1, gap));
+    return result;
+}
+
+osg::Vec2i LineLayout::getMaxSize() const {
+    Container const* const owner = getLiveContainer_();
+    int const across = 1 - mainAxis_;
+    osg::Vec2i result(0, 0);
+    bool limited[2] = {true, true};
+    int const count = owner ? owner->getWidgetCount() : 0;
+    for (int i = 0; i < count && (limited[0] || limited[1]); ++i) {
+        Widget const* const child = owner->getWidget(i);
+        if (!child)
+            continue;
+        osg::Vec2i const most = child->getMaxSize();
+        for (int axis = 0; axis < 2; ++axis)
+            if (most[axis] == 0)
+                limited[axis] = false;
+        result[mainAxis_] = limited[mainAxis_] ? saturatingAdd(result[mainAxis_], most[mainAxis_]) : 0;
+        result[across] = limited[across] ? std::max(result[across], most[across]) : 0;
+    }
+    addGaps_(result, count);
+    return result;
+}
+
+osg::Vec2i LineLayout::calcMaxSize() const {
+    osg::Vec2i result = Layout::calcMaxSize();
+    Container const* const owner = getLiveContainer_();
+    addGaps_(result, owner ? owner->getWidgetCount() : 0);
+    return result;
+}
+
+// --- Placing ---
+
+void LineLayout::updateSize() {
+    LayoutRun const run(*this);
+    if (!run.getContainer())
+        return;
+    updatePrefSizes_();
+    switch (getAlign_(mainAxis_).type) {
+        case Align::Min:
+        case Align::Center:
+        case Align::Max:
+            placeAligned_(run);
+            break;
+        case Align::Stretch:
+            placeStretched_(run);
+            break;
+    }
+}
+
+LineLayout::Box LineLayout::makeBox_(LayoutRun const& run, int index, int begin, int length) const {
+    int const across = 1 - mainAxis_;
+    int from = 0;
+    int to = 0;
+    getAlign_(across).calc(prefSizes[index][across], run.getRoom()[across], from, to);
+    Box box;
+    box.position[mainAxis_] = begin;
+    box.position[across] = saturatingAdd(run.getOrigin()[across], from);
+    box.size[mainAxis_] = length;
+    box.size[across] = saturatingSubtract(to, from);
+    return box;
+}
+
+int LineLayout::stepOver_(int begin, Widget const* child) const {
+    return saturatingAdd(begin, saturatingAdd(gap, child ? child->getSize()[mainAxis_] : 0));
+}
+
+void LineLayout::placeAligned_(LayoutRun const& run) {
+    int const count = static_cast<int>(prefSizes.size());
+    int total = 0;
+    for (int i = 0; i < count; ++i) {
+        int const length = prefSizes[i][mainAxis_];
+        if (Widget* const child = run.getChild(i))
+            if (!run.resize(child, makeBox_(run, i, 0, length).size))
+                return;
+        total = saturatingAdd(total, i > 0 ? saturatingAdd(length, gap) : length);
+    }
+    int begin = 0;
+    int end = 0;
+    getAlign_(mainAxis_).calc(total, run.getRoom()[mainAxis_], begin, end);
+    begin = saturatingAdd(run.getOrigin()[mainAxis_], begin);
+    for (int i = 0; i < count; ++i) {
+        if (Widget* const child = run.getChild(i))
+            if (!run.move(child, makeBox_(run, i, begin, 0).position))
+                return;
+        // Its size may be another than it was given.
+        begin = stepOver_(begin, run.getChild(i));
+    }
+}
+
+void LineLayout::placeStretched_(LayoutRun const& run) {
+    int const count = static_cast<int>(prefSizes.size());
+    int const gaps = saturatingMultiply(count - 1, gap);
+    qor::vector<int> const shares = shareOut_(run, std::max(saturatingSubtract(run.getRoom()[mainAxis_], gaps), 0));
+    std::size_t living = 0;
+    int begin = run.getOrigin()[mainAxis_];
+    for (int i = 0; i < count; ++i) {
+        Widget* const child = run.getChild(i);
+        if (child && living < shares.size()) {
+            Box const box = makeBox_(run, i, begin, shares[living++]);
+            if (!run.resizeAndMove(child, box.size, box.position))
+                return;
+        }
+        begin = stepOver_(begin, run.getChild(i));
+    }
+}
+
+qor::vector<int> LineLayout::shareOut_(LayoutRun const& run, int room) const {
+    qor::vector<FairShareItem> items;
+    visitChildren(run.getContainer(), [&](int, Widget const& child) {
+        FairShareItem item;
+        item.min = child.getMinSize()[mainAxis_];
+        item.max = child.calcMaxSize()[mainAxis_];
+        items.push_back(item);
+    });
+    shareFairly(items, room);
+    qor::vector<int> shares(items.size());
+    std::transform(items.begin(), items.end(), shares.begin(), [](FairShareItem const& item) { return item.size; });
+    return shares;
+}
+
+}  // namespace gui

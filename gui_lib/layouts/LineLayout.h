@@ -1,0 +1,67 @@
+#pragma once
+
+#include "gui_lib/base/Align.h"
+#include "gui_lib/layouts/Layout.h"
+
+namespace gui {
+
+class Widget;
+
+/// What rows and columns have in common: children one after the other along the main axis, a gap between two. The
+/// align of the main axis chooses the mode: with min, center and max each child gets its preferred length and the
+/// whole line is aligned; with stretch the room is shared out fairly between the children's minima and maxima; with
+/// anything else nothing is placed. The align of the other axis places each child across the line. Hidden children
+/// keep their room.
+class VORLEX_API LineLayout : public Layout {
+public:
+    /// Setters lay out at once.
+    void setGap(int newGap);
+    int getGap() const { return gap; }
+    void setHorzAlign(Align const& align);
+    Align const& getHorzAlign() const { return horzAlign; }
+    void setVertAlign(Align const& align);
+    Align const& getVertAlign() const { return vertAlign; }
+
+    // Layout:
+    osg::Vec2i getMinSize() const override;
+    /// Without limit along an axis in which a child has none.
+    osg::Vec2i getMaxSize() const override;
+    osg::Vec2i getPrefSize() const override;
+    /// Along the line too the greatest maximum, not the sum, and all gaps.
+    osg::Vec2i calcMaxSize() const override;
+    void updateSize() override;
+
+protected:
+    /// Index of a component of a Vec2i.
+    enum Axis { AxisHorz = 0, AxisVert = 1 };
+
+    LineLayout(int gap, Axis mainAxis);
+
+    /// Gap and aligns.
+    void copySettings_(LineLayout& target) const;
+
+    int gap = 0;
+    Align horzAlign;
+    Align vertAlign;
+
+private:
+    struct Box {
+        osg::Vec2i position;
+        osg::Vec2i size;
+    };
+
+    Align const& getAlign_(int axis) const { return axis == AxisHorz ? horzAlign : vertAlign; }
+    void addGaps_(osg::Vec2i& sum, int childCount) const;
+    void placeAligned_(LayoutRun const& run);
+    void placeStretched_(LayoutRun const& run);
+    /// Of the child at `index`, which begins at `begin` along the line and is `length` long.
+    Box makeBox_(LayoutRun const& run, int index, int begin, int length) const;
+    /// Where the next one begins.
+    int stepOver_(int begin, Widget const* child) const;
+    /// What each living child gets of `room`.
+    qor::vector<int> shareOut_(LayoutRun const& run, int room) const;
+
+    Axis mainAxis_;
+};
+
+}  // namespace gui

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "host/lua/ClassBinding.h"
+
+namespace host::lua {
+
+/// Properties of every widget that change its own copy of its skin. A widget without a skin ignores them.
+qor::vector<Property> getLookProperties();
+
+}  // namespace host::lua
