@@ -31,7 +31,8 @@ public:
     void release() override;
 
 private:
-    qor::small_vector<ModelViewOp, 1> ops;
+    /// Room for turning about a pivot; one that is used for more keeps what it allocates.
+    qor::small_vector<ModelViewOp, 4> ops;
 };
 
 }  // namespace gui
