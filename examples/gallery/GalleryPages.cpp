@@ -98,6 +98,11 @@ void GalleryPages::open(Page& page) {
         live->setFocused(true);
 }
 
+void GalleryPages::openAll() {
+    for (Page& page : pages_)
+        open(page);
+}
+
 bool GalleryPages::isCovered_(gui::WindowBase* window) const {
     qor::vector<gui::WindowBase*> shown;
     gui::WindowsManager::get(window->getSurfaceId())->getShownWindows(shown);

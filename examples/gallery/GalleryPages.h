@@ -38,6 +38,7 @@ public:
     std::vector<Page> const& getPages() const { return pages_; }
     /// Shows a page over the others and gives it the focus; a file that gives no window shows nothing.
     void open(Page& page);
+    void openAll();
     /// At the start of each frame: the buttons tell which pages are shown.
     void update();
 

@@ -54,6 +54,11 @@ int playHere(std::span<uint8_t> bytes, bool talk, bool counted) {
     settings.makeScene = [](host::HostApplication& application) {
         return std::make_shared<Gallery>(application, Options());
     };
+    settings.makeFirstScene = [](host::HostApplication& application) {
+        auto gallery = std::make_shared<Gallery>(application, Options());
+        gallery->getPages().openAll();
+        return gallery;
+    };
     settings.talk = talk;
     settings.progress = &shared().step;
     Monkey monkey(settings);

@@ -100,6 +100,8 @@ public:
     struct Settings {
         /// Builds a scene in a host that has been started; what it returns ends the scene.
         std::function<std::shared_ptr<void>(host::HostApplication&)> makeScene;
+        /// If there is one: such a scene comes first, unplayed, so that what is made once and kept has been made.
+        std::function<std::shared_ptr<void>(host::HostApplication&)> makeFirstScene;
         std::string skin = "skins/dark.lua";
         osg::Vec2i size{1440, 900};
         /// The scene begins anew after so many steps.
@@ -134,6 +136,9 @@ private:
     static constexpr int deepestFrame = 3;
 
     // --- Scenes and steps ---
+    void warmUp_();
+    bool startHost_();
+    void endHost_();
     void startScene_();
     void endScene_();
     void settle_();
