@@ -52,6 +52,8 @@ return Window {
             onChange = function(self)
                 local place = self.window:find("more")
                 place:insert(CheckBox { text = "Added " .. #place.children + 1 })
+                -- The first one makes the place higher, which is for what holds the place to see to.
+                place.parent:updateLayout()
             end,
         },
     },

@@ -88,7 +88,7 @@ void EffectsPage::addKinds_() {
         qor::wstring hint;
         button->setTooltipText(hint.format(L"The effect \"%s\".", name));
         button->setTabOrder(1 + (x - margin) / 84);
-        on(button, gui::Widget::changeCallbackName, [this, name] { play_(name); });
+        on(button, gui::Widget::changeCallbackName, [this, effect = name] { play_(effect); });
         x += 84;
     }
 }

@@ -43,6 +43,7 @@ void writeProtected(lua_State* L, Function&& function) {
 Data::Data(Skin* newOwner) : owner(newOwner), states(getEmptyStates()) {}
 
 Data::~Data() {
+    MeasurePass::forgetAll();
     for (Skin* const user : users_) {
         user->data = nullptr;
         user->dataUserIndex_ = -1;

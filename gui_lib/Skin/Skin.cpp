@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "gui_lib/Skin/Bkg.h"
 #include "gui_lib/Skin/Data.h"
@@ -51,6 +52,9 @@ Skin::Skin(Widget* newWidget, bool makeData) : widget(newWidget) {
 }
 
 Skin::~Skin() {
+    // The effect runs on until its time is over.
+    if (effect)
+        effect->skin_ = nullptr;
     forgetNames_();
     Skin::clearSkinData_();
     delete bkg;
@@ -138,13 +142,14 @@ void Skin::setShaderEffect(char const* name, ShaderEffectParams const* params) {
         effect = nullptr;
         return;
     }
-    if (effect) {
-        effect->destroy();
-        effect = nullptr;
+    if (ShaderEffect* const old = std::exchange(effect, nullptr)) {
+        old->skin_ = nullptr;
+        old->destroy();
     }
     if (name)
         effect = ShaderEffectManager::get().getEffect(name);
     if (effect) {
+        effect->skin_ = this;
         if (widget)
             effect->setOwner(widget->getHandler());
         if (params)

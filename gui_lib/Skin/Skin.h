@@ -73,6 +73,8 @@ public:
     // --- Live reload ---
     /// Notes that `name` was loaded; GUI does so.
     void setLoadedName(qor::basic_string<char> const& name);
+    /// The name that was loaded last, be it by the skin that this one was copied from; empty for none.
+    qor::basic_string<char> getLoadedName() const;
     /// All that is laid out counts as old: pictures, fonts and looks have changed. Marks the widget.
     void setAllChanged();
 
@@ -192,6 +194,7 @@ private:
     void addName_(qor::basic_string<char> const& name);
     void forgetNames_();
     void readData_(lua_State* L, Data& target);
+    bool getTargetSizeSet_() const;
     osg::Vec2i getWantedTargetSize_() const;
     bool getClipByInsets_(osg::RectImpl<osg::Vec2i>& rect) const;
 

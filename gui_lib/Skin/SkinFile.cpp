@@ -21,6 +21,8 @@ int getSaved(int base, int slot) { return base + 1 + SlotCount + slot; }
 int getBefore(int base, int slot) { return base + 1 + 2 * SlotCount + slot; }
 int getMetatable(int base) { return base + 1 + 3 * SlotCount; }
 constexpr int slotsHeight = 3 * SlotCount + 1;
+/// Room that the results must leave on the stack.
+constexpr int stackReserve = 1000;
 
 void* getNone() { return const_cast<char*>(&none); }
 
@@ -137,23 +139,34 @@ SkinFile::SkinFile(lua_State* L) : state_(L), base_(lua_gettop(L)) {
 }
 
 SkinFile::~SkinFile() {
-    if (!kept_) {
+    if (kept_) {
+        // The results come down to where the scope began.
+        lua_settop(state_, base_ + slotsHeight + results_);
+        for (int i = 0; i < slotsHeight; ++i)
+            lua_remove(state_, base_ + 1);
+    } else {
         for (int slot = 0; slot < SlotCount; ++slot) {
             pushChanges(state_, getTarget(base_, slot), getBefore(base_, slot));
             exchange(state_, getTarget(base_, slot), lua_gettop(state_));
             exchange(state_, getTarget(base_, slot), getSaved(base_, slot));
         }
         setMetatable(state_, getTarget(base_, Globals), getMetatable(base_));
+        lua_settop(state_, base_);
     }
-    lua_settop(state_, base_);
 }
 
 bool SkinFile::run(qor::string const& file, qor::string& error) {
-    qor::LuaStackGuard const guard(state_);
-    if (QOR_lua_loadfile(state_, file.c_str()) == 0 && QOR_lua_pcall(state_, 0, 0, 0) == 0)
-        return true;
-    qor::luaToString(state_, -1, error);
-    return false;
+    int const height = lua_gettop(state_);
+    if (QOR_lua_loadfile(state_, file.c_str()) != 0 || QOR_lua_pcall(state_, 0, LUA_MULTRET, 0) != 0) {
+        qor::luaToString(state_, -1, error);
+        lua_settop(state_, height);
+        return false;
+    }
+    // More than leave room for calls are not kept.
+    if (!lua_checkstack(state_, stackReserve))
+        lua_settop(state_, height);
+    results_ = lua_gettop(state_) - height;
+    return true;
 }
 
 void SkinFile::keep() {

@@ -8,7 +8,8 @@ namespace gui::skin {
 
 /// One run of a skin file in GUI's Lua state. What the run before has made, its globals and modules, is hidden
 /// meanwhile, so that the file finds the state as at the first start. Unless the run is kept, all of that comes back.
-/// Lifetime: a scope; it keeps its values on the Lua stack, which must be as high at its end as it found it.
+/// Lifetime: a scope; it keeps its values on the Lua stack. At its end it leaves there what the file has returned, if
+/// the run is kept, and nothing otherwise.
 class SkinFile {
 public:
     explicit SkinFile(lua_State* L);
@@ -27,6 +28,7 @@ public:
 private:
     lua_State* state_;
     int base_;
+    int results_ = 0;
     bool kept_ = false;
 };
 

@@ -56,6 +56,12 @@ void Skin::setLoadedName(qor::basic_string<char> const& name) {
     addName_(names + name + "\n");
 }
 
+qor::basic_string<char> Skin::getLoadedName() const {
+    qor::string last;
+    forEachName(names_, [&last](std::string_view name) { last = name; });
+    return last;
+}
+
 void Skin::addName_(qor::basic_string<char> const& names) {
     names_ = names;
     previousNamed_ = getLastNamed_();
@@ -82,7 +88,7 @@ void Skin::setAllChanged() {
 
 SkinReload* SkinReload::running_ = nullptr;
 
-SkinReload::SkinReload(lua_State* L) : state_(L), scratch_(QOR_lua_open("skin values")) {}
+SkinReload::SkinReload(lua_State* L, int held) : state_(L), held_(held), scratch_(QOR_lua_open("skin values")) {}
 
 SkinReload::~SkinReload() {
     running_ = nullptr;
@@ -100,6 +106,7 @@ bool SkinReload::run(qor::string const& file, qor::string& error) {
     readAll_(&Content::before);
     renewBudget();
     error.clear();
+    int const height = lua_gettop(state_);
     {
         SkinFile skinFile(state_);
         bool succeeded = skinFile.run(file, error);
@@ -116,8 +123,25 @@ bool SkinReload::run(qor::string const& file, qor::string& error) {
         readAll_(&Content::after);
         skinFile.keep();
     }
+    hold_(height);
     apply_();
     return true;
+}
+
+// The results of the new file, which lie above `height`, take the places of the old ones.
+void SkinReload::hold_(int height) {
+    int const count = lua_gettop(state_) - height;
+    if (held_ < 1 || held_ > height)
+        return;
+    for (int i = 1; i < held_; ++i) {
+        if (i <= count)
+            lua_pushvalue(state_, height + i);
+        else
+            lua_pushnil(state_);
+        lua_replace(state_, i);
+    }
+    qor::luaGetGlobal(state_, "Skin");
+    lua_replace(state_, held_);
 }
 
 void SkinReload::findNames_() {
@@ -162,7 +186,8 @@ void SkinReload::readAll_(std::unique_ptr<Data> Content::*side) {
 /// Null if the class has no function of its own for that: another class has other looks.
 std::unique_ptr<Data> SkinReload::makeNew_(Data const& source) {
     std::unique_ptr<Data> made = source.makeNew_();
-    return typeid(*made) == typeid(source) ? std::move(made) : nullptr;
+    Data const& fresh = *made;
+    return typeid(fresh) == typeid(source) ? std::move(made) : nullptr;
 }
 
 void SkinReload::read(lua_State* L, Data& target) {

@@ -17,7 +17,9 @@ class Skin;
 /// of taking them over. Lifetime: one at a time, within one call.
 class SkinReload {
 public:
-    explicit SkinReload(lua_State* L);
+    /// `held`: how many values at the bottom of the Lua stack are the results of the run before and, on top of these,
+    /// its table "Skin". Those of the new run take their places; what it returns beyond that is not kept.
+    SkinReload(lua_State* L, int held);
     ~SkinReload();
     SkinReload(SkinReload const&) = delete;
     SkinReload& operator=(SkinReload const&) = delete;
@@ -41,12 +43,14 @@ private:
     void findNames_();
     bool pushTables_(bool wanted, qor::string& error);
     void readAll_(std::unique_ptr<Data> Content::*side);
+    void hold_(int height);
     void apply_();
     static std::unique_ptr<Data> makeNew_(Data const& source);
 
     static SkinReload* running_;
 
     lua_State* state_;
+    int held_;
     lua_State* scratch_;
     qor::vector<qor::string> names_;
     qor::hash_map<Data*, Content> contents_;

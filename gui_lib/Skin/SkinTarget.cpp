@@ -36,9 +36,9 @@ void Skin::setTargetSize(osg::Vec2i const& newSize) {
 
 osg::Vec2i Skin::getTargetSize() const { return target ? target->getSize() : targetSize; }
 
-osg::Vec2i Skin::getWantedTargetSize_() const {
-    return targetSize.x() >= 1 && targetSize.y() >= 1 ? targetSize : getWidgetNonZoomedSize_();
-}
+bool Skin::getTargetSizeSet_() const { return targetSize.x() >= 1 && targetSize.y() >= 1; }
+
+osg::Vec2i Skin::getWantedTargetSize_() const { return getTargetSizeSet_() ? targetSize : getWidgetNonZoomedSize_(); }
 
 void Skin::deleteTarget_() {
     // The picture goes first: it shows the target's texture.
@@ -57,8 +57,8 @@ void Skin::updateTarget_() {
         deleteTarget_();
     if (!target) {
         createTarget_();
-    } else if (sizeChanged && target->getSize() == getWidgetNonZoomedSize_()) {
-        // Zoom and size may change together, and the target fits still.
+    } else if (sizeChanged && !getTargetSizeSet_()) {
+        // Zoom and size may change together, and the target fits still. One of a size of its own keeps what it shows.
         targetImage->setDirty(true);
         targetImage->redraw(widget->getSize());
     }

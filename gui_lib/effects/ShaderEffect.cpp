@@ -31,14 +31,29 @@ void ShaderEffect::setParams(ShaderEffectParams const& params) { duration = para
 
 void ShaderEffect::update(float time) {
     setCurrTime(time);
-    if (!(duration > 0.0f && time - startTime >= duration))
+    if (!(duration > 0.0f && time - startTime >= duration)) {
+        markOuterTargets_();
         return;
+    }
     unsigned const use = useCount_;
     if (Widget* const widget = WidgetHandler::get(owner))
         widget->setShaderEffect(nullptr, nullptr);
     // A skin that the widget does not know of as its own still has it, unless it has been handed out anew meanwhile.
     if (useCount_ == use && ShaderEffectManager::get().getInUse(this))
         destroy();
+}
+
+// They hold a picture of what the effect showed before.
+void ShaderEffect::markOuterTargets_() const {
+    Widget const* const widget = WidgetHandler::get(owner);
+    if (!widget || !widget->getVisible(true))
+        return;
+    WidgetHandler* next = widget->getParent();
+    while (Widget* const up = WidgetHandler::get(next)) {
+        next = up->getParent();
+        if (up->getDrawToTarget())
+            up->setDirty(Widget::DirtySelf);
+    }
 }
 
 // --- Drawing ---

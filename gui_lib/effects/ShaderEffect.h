@@ -21,6 +21,7 @@ class WidgetHandler;
 namespace skin {
 
 class ShaderEffectParams;
+class Skin;
 
 /// A short animated transition that is drawn in place of a widget: the widget is rendered into a target, and the effect
 /// draws that picture with a shader of its own, whose parameters follow the time.
@@ -45,7 +46,7 @@ public:
     virtual void draw();
     /// Records what `draw` does; the recorded functions point at this effect.
     virtual void make(GraphicCommands* commands);
-    /// Sets the time and ends the effect when its duration is over.
+    /// Sets the time and ends the effect when its duration is over. Targets around the owner are drawn again.
     virtual void update(float time);
     virtual ~ShaderEffect();
 
@@ -98,10 +99,14 @@ protected:
 
 private:
     friend class ShaderEffectManager;
+    friend class Skin;
 
+    void markOuterTargets_() const;
     void redrawQuad_(osg::Vec2i const& size);
     void logFailure_(char const* cause) const;
 
+    /// The skin that shows the effect; null if none does, or it has died.
+    Skin* skin_ = nullptr;
     char const* failure_ = nullptr;
     qor::vector<vtxVertex> quadVertices_;
     /// Place in the manager, and how often it has handed this effect out.

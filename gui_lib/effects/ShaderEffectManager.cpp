@@ -30,7 +30,7 @@ ShaderEffectManager::ShaderEffectManager() : target([this](double time) { update
 ShaderEffectManager::~ShaderEffectManager() {
     if (UpdateManager::exists())
         UpdateManager::get().removeTarget(&target);
-    releaseOwners_();
+    releaseSkins_();
     for (std::unique_ptr<Kind> const& kind : kinds)
         for (EffectSlot const& slot : kind->slots)
             delete slot.effect;
@@ -48,15 +48,15 @@ void ShaderEffectManager::create_() {
 void ShaderEffectManager::destroy_() { delete std::exchange(instance_, nullptr); }
 
 // The skins outlive the effects that they point at.
-void ShaderEffectManager::releaseOwners_() {
-    for (std::unique_ptr<Kind> const& kind : kinds) {
-        for (EffectSlot const& slot : kind->slots) {
-            Widget const* const widget = slot.inUse ? WidgetHandler::get(slot.effect->getOwner()) : nullptr;
-            Skin* const skin = widget ? widget->getWidgetSkin() : nullptr;
-            if (skin && skin->effect == slot.effect)
-                skin->effect = nullptr;
-        }
-    }
+void ShaderEffectManager::releaseSkins_() {
+    for (std::unique_ptr<Kind> const& kind : kinds)
+        for (EffectSlot const& slot : kind->slots)
+            releaseSkin_(*slot.effect);
+}
+
+void ShaderEffectManager::releaseSkin_(ShaderEffect& effect) {
+    if (Skin* const skin = std::exchange(effect.skin_, nullptr))
+        skin->effect = nullptr;
 }
 
 // --- Kinds ---
@@ -123,6 +123,7 @@ void ShaderEffectManager::destroyEffect(ShaderEffect* effect) {
     EffectSlot* const slot = findSlot_(effect);
     if (!slot || !slot->inUse)
         return;
+    releaseSkin_(*effect);
     effect->setOwner(nullptr);
     slot->inUse = false;
     std::size_t& firstIdle = kinds[effect->kind_]->firstIdle;
@@ -160,6 +161,10 @@ void ShaderEffectManager::destroyAppearQuadsEffect(ShaderEffectAppearQuads* effe
 bool ShaderEffectManager::getInUse(ShaderEffect const* effect) const {
     EffectSlot const* const slot = findSlot_(effect);
     return slot && slot->inUse;
+}
+
+char const* ShaderEffectManager::getName(ShaderEffect const* effect) const {
+    return getInUse(effect) ? kinds[effect->kind_]->name.c_str() : nullptr;
 }
 
 // By index: an update may make effects and end them, but never removes a slot.

@@ -54,6 +54,8 @@ public:
     void destroyFlickerQuadsEffect(ShaderEffectFlickerQuads* effect);
     void destroyAppearQuadsEffect(ShaderEffectAppearQuads* effect);
     bool getInUse(ShaderEffect const* effect) const;
+    /// The name of the kind of an effect that is in use; null for anything else.
+    char const* getName(ShaderEffect const* effect) const;
 
 private:
     friend class gui::GUI;
@@ -89,7 +91,8 @@ private:
     void updateEffects_(double time);
     int findKind_(std::string_view name) const;
     EffectSlot* findSlot_(ShaderEffect const* effect) const;
-    void releaseOwners_();
+    void releaseSkins_();
+    static void releaseSkin_(ShaderEffect& effect);
 
     static ShaderEffectManager* instance_;
 

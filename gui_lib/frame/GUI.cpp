@@ -11,6 +11,7 @@
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/graphics/commands/GraphicCommandDrawText.h"
 #include "gui_lib/layouts/LayoutHandler.h"
+#include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/widget/Widget.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/windows/OffscreenWindow.h"
@@ -103,9 +104,10 @@ void GUI::initSkinLuaState_(qor::basic_string<char> const& skinFile) {
         file.keep();
     }
     skinFile_ = skinFile;
-    qor::LuaStackGuard const guard(luaState);
+    // Stays on the stack, above the results of the file.
     if (qor::luaGetGlobal(luaState, "Skin") != LUA_TTABLE)
         throw Exception("Global Skin table not loaded!\n");
+    skinHeld_ = lua_gettop(luaState);
 }
 
 void GUI::destroy() {
@@ -379,6 +381,11 @@ void GUI::setDebugDraw(bool on) {
     debugDraw = on;
     for (SurfaceEntry& surface : surfaces)
         surface.windowsManager->redrawAll();
+}
+
+void GUI::setTabSpacesCount(int count) {
+    tabSpacesCount = std::max(count, 0);
+    MeasurePass::forgetAll();
 }
 
 GUI::DisableClippingGuard::DisableClippingGuard() {

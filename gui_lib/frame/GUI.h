@@ -194,7 +194,7 @@ public:
     double getDoubleClickTime() const { return doubleClickTime; }
     void enableClipping(bool on) { clippingEnabled = on; }
     bool getClippingEnabled() const { return clippingEnabled; }
-    void setTabSpacesCount(int count) { tabSpacesCount = count < 0 ? 0 : count; }
+    void setTabSpacesCount(int count);
     int getTabSpacesCount() const { return tabSpacesCount; }
     void setDrawToTargetVR(bool on) { drawToTargetVR = on; }
     bool getDrawToTargetVR() const { return drawToTargetVR; }
@@ -211,8 +211,7 @@ public:
     /// be read stays, with a line in `error`. False, with the cause in `error`, if the file or a function in use fails,
     /// or while `getSkinReloadable` is false: nothing changes then.
     bool reloadSkin(qor::basic_string<char> const& skinFile, qor::basic_string<char>* error);
-    /// False inside a pass and inside a Lua function.
-    bool getSkinReloadable() const;
+    bool getSkinReloadable() const;  ///< false inside a pass and inside a Lua function
     qor::basic_string<char> const& getSkinFile() const { return skinFile_; }
     bool getBusy() const { return busy_ > 0; }  ///< inside a message or a pass: widgets are at work further out
     /// The state of the skin file, or null while GUI ends.
@@ -293,6 +292,7 @@ private:
     bool resourceStackFullLogged_ = false;
     int busy_ = 0;
     int passes_ = 0;
+    int skinHeld_ = 0;  ///< values at the bottom of the Lua stack: results of the skin file, and the table "Skin"
     qor::basic_string<char> skinFile_;
     qor::basic_string<char> bkgFile_;
 };

@@ -49,7 +49,7 @@ bool GUI::reloadSkin(qor::basic_string<char> const& skinFile, qor::basic_string<
         return false;
     }
     // A skin that fails may name pictures and fonts that wait for it.
-    if (!skin::SkinReload(luaState).run(skinFile, text))
+    if (!skin::SkinReload(luaState, skinHeld_).run(skinFile, text))
         return false;
     skinFile_ = skinFile;
     vtxRenderer& renderer = *vtxRenderer::get();

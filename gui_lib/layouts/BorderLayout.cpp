@@ -118,6 +118,9 @@ osg::Vec2i BorderLayout::getMaxSize() const {
         std::int64_t const outer = c.north.w + c.south.w;
         height += c.south.h + c.center.h;
         if (c.count > PlaceWest)
+            height = std::max({outer, c.center.h, c.west.h}) + outer;
+        // None of those may have a limit.
+        if (c.count > PlaceEast && height > 0)
             height = std::max(outer, c.innerHeight()) + outer;
     }
     return toSize(width, height);

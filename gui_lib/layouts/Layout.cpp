@@ -28,7 +28,10 @@ void Layout::destroy_() { delete this; }
 
 Layout* Layout::clone() const { return nullptr; }
 
-void Layout::setContainer(WidgetHandler* newContainer) { container = newContainer; }
+void Layout::setContainer(WidgetHandler* newContainer) {
+    container = newContainer;
+    MeasurePass::forgetAll();
+}
 
 WidgetHandler* Layout::getContainer() const { return container; }
 

@@ -171,6 +171,7 @@ void Widget::setParent(WidgetHandler* newParent) {
 void Widget::onParentChanged_(WidgetHandler* newParent) {
     onPlaceChanged_();
     parent = newParent;
+    heldByStranger = newParent && containerLinks > 0;
     onPlaceChanged_();
     MeasurePass::forgetAll();
 }
@@ -294,11 +295,13 @@ void Widget::forgetMeasures_() {
         return;
     Widget* top = this;
     for (Widget* up = this; up; up = up->getParentWidget_()) {
+        // A container may hold what does not know it as its parent.
+        if (up->heldByStranger)
+            return MeasurePass::forgetAll();
         if (up->keepsMeasures)
             static_cast<Container*>(up)->forgetLayoutAnswers_();
         top = up;
     }
-    // A container may hold what does not know it as its parent.
     if (top->containerLinks > 0)
         MeasurePass::forgetAll();
 }
@@ -406,6 +409,7 @@ void Widget::onFocusChanged_(bool newFocused) {
     static int const type = getWidgetCallbackType(focusCallbackName);
     AliveGuard const self(this);
     focused = newFocused;
+    MeasurePass::forgetAll();
     if (Widget* const up = getParentWidget_())
         up->setFocusedWidget_(newFocused ? handler : nullptr);
     if (self.dead())
@@ -427,6 +431,7 @@ void Widget::setEnabled(bool newEnabled) {
 
 void Widget::onEnableChanged_(bool newEnabled) {
     enabled = newEnabled;
+    MeasurePass::forgetAll();
     setDirty(DirtyTree);
 }
 
@@ -502,7 +507,11 @@ void Widget::onChildBecomeDirty_(Widget* child) {
         up->onChildBecomeDirty_(child);
 }
 
-void Widget::setDirtySize(bool newDirtySize) { dirtySize = newDirtySize; }
+void Widget::setDirtySize(bool newDirtySize) {
+    dirtySize = newDirtySize;
+    if (dirtySize)
+        MeasurePass::forgetAll();
+}
 
 bool Widget::getDirtySize() const { return dirtySize; }
 

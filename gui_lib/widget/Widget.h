@@ -106,8 +106,8 @@ public:
     /// Lays the widget out again at its present size.
     virtual void updateSize();
     /// A component of 0 in a minimum or maximum means no limit. Overrides must be free of side effects, and answer the
-    /// same until something of the widget, its skin or its children changes, or `updateLayout` of a container tells so:
-    /// containers remember answers while a resize runs.
+    /// same until something of the widget, its skin or its children changes, or `setDirtySize(true)` or `updateLayout`
+    /// of a container tells so: containers remember answers while a resize runs.
     virtual osg::Vec2i getMinSize() const;
     virtual osg::Vec2i getMaxSize() const;
     virtual osg::Vec2i calcMaxSize() const;
@@ -319,6 +319,8 @@ private:
     /// How many containers hold this widget, and where the last one saw it (checked before it is trusted).
     int containerLinks = 0;
     int childIndexHint = -1;
+    /// A container may hold this widget that is not its parent.
+    bool heldByStranger = false;
     unsigned childPlaceChanges = 0;
     bool destroying = false;
     bool inRedraw = false;

@@ -102,7 +102,9 @@ void Bindings::release(int reference) {
 }
 
 void Bindings::forgetDead() {
-    std::erase_if(properties_, [](auto const& entry) { return !gui::WidgetHandler::get(entry.first); });
+    auto const isDead = [](auto const& entry) { return !gui::WidgetHandler::get(entry.first); };
+    std::erase_if(properties_, isDead);
+    std::erase_if(pictures_, isDead);
 }
 
 }  // namespace host::lua

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/qor/Containers.h"
@@ -49,7 +50,9 @@ public:
     /// The properties that a file has set on a window, for the file that replaces its contents.
     using PropertyList = qor::vector<Property const*>;
     PropertyList& propertiesOf(gui::WidgetHandler const* window) { return properties_[window]; }
-    /// Forgets the windows that have died.
+    /// The callback that holds the picture of a view, if it shows one of a file.
+    std::weak_ptr<std::function<void()>>& pictureOf(gui::WidgetHandler const* view) { return pictures_[view]; }
+    /// Forgets the widgets that have died.
     void forgetDead();
 
 private:
@@ -61,6 +64,7 @@ private:
     int keptCount_ = 0;
     qor::hash_map<gui::WidgetHandler const*, CallbackList> callbacks_;
     qor::hash_map<gui::WidgetHandler const*, PropertyList> properties_;
+    qor::hash_map<gui::WidgetHandler const*, std::weak_ptr<std::function<void()>>> pictures_;
 };
 
 }  // namespace host::lua

@@ -1,6 +1,7 @@
 #include "host/lua/Builder.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "gui_lib/layouts/AnchorLayout.h"
@@ -20,6 +21,7 @@ namespace host::lua {
 namespace {
 
 constexpr int mostDepth = 100;
+constexpr int mostChildren = 1'000'000;
 /// What a widget costs of the script's budget: by default one call makes no more than 25,000.
 constexpr std::uint64_t widgetCost = 2000;
 constexpr char const* createName = "onCreate";
@@ -223,6 +225,9 @@ void Builder::arrange_(Entry const& entry, int index, WidgetList const& children
     if (!lua_isnil(L_, -1) && property && !property->assign(L_, -1, {&widget}))
         bindings_.report(entry.position + describeWrong(L_, -1, *entry.binding, "layout", property->wants));
     lua_pop(L_, 1);
+    // A layout places the children at once, of which the program may be told.
+    if (!gui::WidgetHandler::get(entry.widget))
+        return;
     if (container)
         for (gui::WidgetHandler* const child : children)
             anchor(gui::WidgetHandler::get(child), *container, -1);
@@ -248,7 +253,7 @@ Builder::WidgetList Builder::makeList(int index, qor::string const& position, ch
         lua_pushnil(L_);
         for (; lua_next(L_, list); lua_pop(L_, 1))
             if (lua_type(L_, -2) == LUA_TNUMBER)
-                count = std::max(count, static_cast<int>(std::min(lua_tonumber(L_, -2), 1e6)));
+                count = std::max(count, static_cast<int>(std::min<double>(lua_tonumber(L_, -2), mostChildren)));
     }
     for (int i = 1; i <= count; ++i) {
         qor::chargeLua(L_, 1);
@@ -339,12 +344,25 @@ void Builder::checkKeys_(int index, ClassBinding const& binding, qor::string con
         int const type = lua_type(L_, -2);
         if (type == LUA_TSTRING)
             keys.insert(lua_tostring(L_, -2));
-        else if (type != LUA_TNUMBER)
+        else if (type == LUA_TNUMBER)
+            checkPlace_(binding, position);
+        else
             bindings_.report(position + "a " + lua_typename(L_, type) + " names nothing in a " +
                              binding.getConstructor());
     }
     for (qor::string const& key : keys)
         checkKey_(key, binding, position);
+}
+
+// The key lies below the top of the stack.
+void Builder::checkPlace_(ClassBinding const& binding, qor::string const& position) {
+    double const place = lua_tonumber(L_, -2);
+    if (place >= 1 && place <= mostChildren && place == std::floor(place))
+        return;
+    qor::string number;
+    qor::luaToString(L_, -2, number);
+    bindings_.report(position + "children are numbered from 1 on; " + number + " is none of a " +
+                     binding.getConstructor() + "'s");
 }
 
 void Builder::checkKey_(std::string_view key, ClassBinding const& binding, qor::string const& position) {

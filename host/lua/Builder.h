@@ -76,6 +76,7 @@ private:
     void arrange_(Entry const& entry, int index, WidgetList const& children);
     void checkKeys_(int index, ClassBinding const& binding, qor::string const& position);
     void checkKey_(std::string_view key, ClassBinding const& binding, qor::string const& position);
+    void checkPlace_(ClassBinding const& binding, qor::string const& position);
     void assign_(Entry const& entry, int index, Stage stage);
     void attach_(Entry const& entry, int index);
     void reset_(gui::WindowBase& window, ClassBinding const& binding, int index);

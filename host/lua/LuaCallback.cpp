@@ -259,16 +259,33 @@ bool LuaCallback::run_(Push pushArguments) {
     auto const self = shared_from_this();
     lua_State* const L = bindings_->state();
     gui::Widget* const widget = gui::WidgetHandler::get(widget_);
-    if (!L || !widget || reference_ == 0 || !lua_checkstack(L, 10))
+    if (!L || !widget || reference_ == 0)
         return false;
+    struct Call {
+        LuaCallback const& callback;
+        gui::Widget* widget;
+        Push const& pushArguments;
+        bool answer;
+    } call{*this, widget, pushArguments, false};
     qor::LuaStackGuard const guard(L);
-    bindings_->push(L, reference_);
-    pushObject(L, {widget});
-    int const count = 1 + pushArguments(L);
-    if (QOR_lua_pcall(L, count, 1, 0) == 0)
-        return lua_toboolean(L, -1) != 0;
-    onFailed_(L, widget_);
-    return false;
+    // Where a function has used up the memory even a push may fail, and must not end the widget's own work.
+    int const status = lua_cpcall(
+        L,
+        [](lua_State* state) {
+            auto& inner = *static_cast<Call*>(lua_touserdata(state, 1));
+            luaL_checkstack(state, 10, "functions call one another");
+            inner.callback.bindings_->push(state, inner.callback.reference_);
+            pushObject(state, {inner.widget});
+            int const count = 1 + inner.pushArguments(state);
+            if (QOR_lua_pcall(state, count, 1, 0) != 0)
+                lua_error(state);
+            inner.answer = lua_toboolean(state, -1) != 0;
+            return 0;
+        },
+        &call);
+    if (status != 0)
+        onFailed_(L, widget_);
+    return call.answer;
 }
 
 void LuaCallback::onFailed_(lua_State* L, gui::WidgetHandler* handler) {

@@ -16,20 +16,39 @@ namespace {
 
 int absolute(lua_State* L, int index) { return index > 0 ? index : lua_gettop(L) + index + 1; }
 
+/// What is nested deeper is no value of a property.
+constexpr int mostDepth = 8;
+
+// Reading runs no function of the file, since that might end what the value is for: metatables do not count.
+
+/// Pushes the field `key` of the table at `index`.
+void pushField(lua_State* L, int index, char const* key) {
+    index = absolute(L, index);
+    lua_pushstring(L, key);
+    lua_rawget(L, index);
+}
+
+/// Pushes item `place` of the table at `index`, or else its field `key`.
+void pushItemOf(lua_State* L, int index, int place, char const* key) {
+    lua_rawgeti(L, index, place);
+    if (!lua_isnil(L, -1))
+        return;
+    lua_pop(L, 1);
+    pushField(L, index, key);
+}
+
 /// Item `place` of the table at `index`, or else its field `key`, read as a T.
 template <class T>
 bool readItem(lua_State* L, int index, int place, char const* key, T& value) {
     qor::LuaStackGuard const guard(L);
-    index = absolute(L, index);
-    if (qor::luaGetIndex(L, index, place) == LUA_TNIL)
-        qor::luaGetField(L, index, key);
+    pushItemOf(L, absolute(L, index), place, key);
     return Value<T>::read(L, -1, value);
 }
 
 bool hasItem(lua_State* L, int index, int place, char const* key) {
     qor::LuaStackGuard const guard(L);
-    index = absolute(L, index);
-    return qor::luaGetIndex(L, index, place) != LUA_TNIL || qor::luaGetField(L, index, key) != LUA_TNIL;
+    pushItemOf(L, absolute(L, index), place, key);
+    return !lua_isnil(L, -1);
 }
 
 template <class T>
@@ -48,6 +67,28 @@ bool readAlignWord(lua_State* L, int index, gui::Align& value) {
 }
 
 }  // namespace
+
+void pushPlain(lua_State* L, int index) {
+    auto const copy = [L](auto const& again, int from, int depth) {
+        if (!lua_istable(L, from)) {
+            lua_pushvalue(L, from);
+            return;
+        }
+        luaL_checkstack(L, 10, "too many nested values");
+        lua_newtable(L);
+        int const made = lua_gettop(L);
+        if (depth == mostDepth)
+            return;
+        lua_pushnil(L);
+        for (; lua_next(L, from); lua_pop(L, 1)) {
+            qor::chargeLua(L, 1);
+            lua_pushvalue(L, -2);
+            again(again, made + 2, depth + 1);
+            lua_rawset(L, made);
+        }
+    };
+    copy(copy, absolute(L, index), 0);
+}
 
 void Value<bool>::push(lua_State* L, bool const& value) { lua_pushboolean(L, value); }
 
@@ -204,8 +245,7 @@ bool Value<gui::Align>::read(lua_State* L, int index, gui::Align& value) {
         index = absolute(L, index);
         if (!lua_istable(L, index))
             return false;
-        if (qor::luaGetIndex(L, index, 1) == LUA_TNIL)
-            qor::luaGetField(L, index, "type");
+        pushItemOf(L, index, 1, "type");
         if (lua_type(L, -1) != LUA_TSTRING || !readAlignWord(L, -1, align) ||
             (hasItem(L, index, 2, "offset") && !readItem(L, index, 2, "offset", align.offset)))
             return false;
@@ -247,7 +287,8 @@ bool Value<gui::AnchorLayout::AnchorInfo>::read(lua_State* L, int index, gui::An
         {"left", &info.left}, {"top", &info.top}, {"right", &info.right}, {"bottom", &info.bottom}};
     for (auto const& [key, align] : edges) {
         qor::LuaStackGuard const guard(L);
-        if (qor::luaGetField(L, index, key) != LUA_TNIL && !Value<gui::Align>::read(L, -1, *align))
+        pushField(L, index, key);
+        if (!lua_isnil(L, -1) && !Value<gui::Align>::read(L, -1, *align))
             return false;
     }
     value = info;

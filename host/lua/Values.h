@@ -49,4 +49,8 @@ VORLEX_LUA_VALUE(gui::AnchorLayout::AnchorInfo,
 
 #undef VORLEX_LUA_VALUE
 
+/// Pushes the value at `index`; of a table, a copy without metatables, also of those in it. For what `luautil` reads:
+/// that looks at metatables, whose functions may do anything.
+void pushPlain(lua_State* L, int index);
+
 }  // namespace host::lua

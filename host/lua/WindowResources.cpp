@@ -30,11 +30,28 @@ void pushNames(lua_State* L) {
 
 // --- Files ---
 
+/// Replaces the library on the top of the stack by a copy, which is the file's own from now on.
+void copyLibrary(lua_State* L) {
+    lua_newtable(L);
+    lua_pushnil(L);
+    for (; lua_next(L, -3); lua_pop(L, 1)) {
+        lua_pushvalue(L, -2);
+        lua_pushvalue(L, -2);
+        lua_rawset(L, -5);
+    }
+    lua_replace(L, -2);
+    lua_pushvalue(L, 2);
+    lua_pushvalue(L, -2);
+    lua_rawset(L, 1);
+}
+
 /// A name that the file has not defined itself. A wrong capital name is most likely a class.
 int lookUp(lua_State* L) {
     pushNames(L);
     lua_pushvalue(L, 2);
     lua_rawget(L, -2);
+    if (lua_istable(L, -1))
+        copyLibrary(L);
     if (!lua_isnil(L, -1) || lua_type(L, 2) != LUA_TSTRING)
         return 1;
     std::string_view const name = lua_tostring(L, 2);
@@ -69,15 +86,31 @@ void loadFile(lua_State* L, char const* path) {
     lua_setfenv(L, -2);
 }
 
+/// Pushes the environment of the function of a file that called, directly or through functions of Lua's own, and gives
+/// what is known of it. Raises an error without one.
+void pushCaller(lua_State* L, lua_Debug& record) {
+    for (int level = 1; lua_getstack(L, level, &record); ++level) {
+        lua_getinfo(L, "Sf", &record);
+        lua_getfenv(L, -1);
+        if (lua_getmetatable(L, -1)) {
+            lua_getfield(L, -1, "__index");
+            bool const ofFile = lua_tocfunction(L, -1) == lookUp;
+            lua_pop(L, 2);
+            if (ofFile)
+                return;
+        }
+        lua_pop(L, 2);
+    }
+    raise(L, "include is called by a function of a file");
+}
+
 /// include(path): runs another file with the names of this one and gives what it returns. The path counts from the
 /// folder of this file first.
 int include(lua_State* L) {
     char const* const path = luaL_checkstring(L, 1);
     lua_settop(L, 1);
     lua_Debug record;
-    if (!lua_getstack(L, 1, &record) || !lua_getinfo(L, "Sf", &record))
-        return 0;
-    lua_getfenv(L, -1);
+    pushCaller(L, record);
     qor::string beside;
     if (record.source[0] == '@') {
         std::filesystem::path const folder = std::filesystem::path(record.source + 1).parent_path();
@@ -198,10 +231,10 @@ int make(lua_State* L) {
 
 /// fill(window's handler as light userdata, description).
 int fill(lua_State* L) {
-    auto* const handler = static_cast<gui::WidgetHandler*>(lua_touserdata(L, 1));
+    auto* const handler = lua_islightuserdata(L, 1) ? static_cast<gui::WidgetHandler*>(lua_touserdata(L, 1)) : nullptr;
     auto* const window = dynamic_cast<gui::WindowBase*>(gui::WidgetHandler::get(handler));
-    if (!window)
-        luaL_error(L, "the window to fill does not exist");
+    if (!window || !findDescription(L, 2))
+        luaL_error(L, window ? "there is no description to fill the window with" : "the window to fill does not exist");
     Builder(L).fill(*window, 2);
     return 0;
 }
@@ -236,6 +269,14 @@ void openNames(lua_State* L) {
     setFunction(L, "openFile", openFile);
     setFunction(L, "isKeyDown", isKeyDown);
     lua_rawset(L, LUA_REGISTRYINDEX);
+    // The methods of texts are those of every file and skin.
+    lua_pushliteral(L, "");
+    if (lua_getmetatable(L, -1)) {
+        lua_pushboolean(L, 0);
+        lua_setfield(L, -2, "__metatable");
+        lua_pop(L, 1);
+    }
+    lua_pop(L, 1);
 }
 
 }  // namespace

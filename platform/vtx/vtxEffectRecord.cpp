@@ -3,6 +3,7 @@
 #include "platform/qor/Log.h"
 #include "platform/vtx/vtxGeometryRecord.h"
 #include "platform/vtx/vtxRendererCore.h"
+#include "platform/vtx/vtxTextureRecord.h"
 
 #include <algorithm>
 
@@ -70,6 +71,14 @@ bool vtxEffectRecord::isDrawable_() {
     return false;
 }
 
+// 0 to 1 is the picture in the target, which may be larger or smaller.
+void vtxEffectRecord::takePartOfTarget_(vtxGeometryDraw& draw) const {
+    if (!texture_ || !static_cast<vtxTextureRecord const*>(texture_)->image->target)
+        return;
+    draw.textureScaleU *= texture_->rect.x2 / static_cast<float>(texture_->width);
+    draw.textureScaleV *= texture_->rect.y2 / static_cast<float>(texture_->height);
+}
+
 void vtxEffectRecord::drawEffect(int primitive, int primitiveCount, int first) {
     if (!passOpen_)
         core_.report(vtxMisuse::EffectPass, "drawEffect");
@@ -82,6 +91,7 @@ void vtxEffectRecord::drawEffect(int primitive, int primitiveCount, int first) {
     if (!geometry || !core_.beginDirectDraw(draw.geometry.state) || !core_.bindTexture(texture_, draw.geometry) ||
         !isDrawable_())
         return;
+    takePartOfTarget_(draw.geometry);
     draw.geometry.state.projection = core_.getDeviceProjection(projection_);
     draw.geometry.modelView = modelView_;
     draw.geometry.geometry = core_.flushGeometry(*geometry);

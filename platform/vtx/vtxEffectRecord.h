@@ -38,6 +38,7 @@ private:
 
     /// With a program; the first time without one, that is logged.
     bool isDrawable_();
+    void takePartOfTarget_(vtxGeometryDraw& draw) const;
 
     vtxRendererCore& core_;
     qor::string path_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <memory>
@@ -28,6 +29,13 @@ inline testing::AssertionResult isNear(Pixel const& actual, Pixel const& expecte
             return testing::AssertionFailure()
                    << testing::PrintToString(actual) << " is not near " << testing::PrintToString(expected);
     return testing::AssertionSuccess();
+}
+
+inline int getLargestDifference(Picture const& first, Picture const& second) {
+    int largest = 0;
+    for (std::size_t i = 0; i < first.pixels.size(); ++i)
+        largest = std::max(largest, std::abs(first.pixels[i] - second.pixels[i]));
+    return largest;
 }
 
 /// An EffectHost over GL, with a black screen to take pictures of.

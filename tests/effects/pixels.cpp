@@ -231,6 +231,47 @@ TEST_P(EffectPixels, OpacityClipAndAnOuterTargetHoldForAnEffectToo) {
     }
 }
 
+TEST_P(EffectPixels, WithinAnotherTargetItMovesOnWithTime) {
+    SkinBox& box = *stage.host->box;
+    auto* const outer = new SkinBox("faint");
+    outer->place(0, 0, 160, 120);
+    auto* const between = outer->add(new SkinBox("faint"));
+    between->place(0, 0, 160, 120);
+    between->add(&box);
+    outer->setDrawToTarget(true);
+    stage.host->start("alpha", {{"duration", 4}});
+    stage.host->frame();
+    for (int second = 1; second < 4; ++second) {
+        stage.host->advance(1.0);
+        Picture const picture = stage.take(*outer);
+        EXPECT_NEAR(picture.at(50, 60)[0], 255 * second / 4, 2);
+        EXPECT_TRUE(stage.take(*outer, true).pixels == picture.pixels) << second;
+    }
+    box.setVisible(false);
+    stage.host->advance(0.1);
+    int redraws = 0;
+    outer->setRedrawCallback([&redraws] { ++redraws; });
+    stage.host->advance(0.1);
+    EXPECT_EQ(redraws, 0) << "out of sight";
+}
+
+TEST_P(EffectPixels, ATargetOfAnotherSizeShowsThePictureAsItIs) {
+    SkinBox& box = *stage.host->box;
+    box.setDrawToTarget(true);
+    stage.host->frame();
+    Picture const plain = stage.take();
+    for (osg::Vec2i const& size : {osg::Vec2i(100, 48), osg::Vec2i(70, 90)}) {
+        box.look().setTargetSize(size);
+        for (char const* name : {"alpha", "showMsg", "flickerQuads"}) {
+            stage.host->start(name, {{"duration", name[0] == 'f' ? 0.0f : 1.0f}, {"alphaBegin", 1}, {"quadSize", 10}});
+            stage.host->advance(0.99999);
+            ASSERT_NE(box.look().getShaderEffect(), nullptr);
+            EXPECT_LE(getLargestDifference(stage.take(), plain), 1) << name << size.x();
+            EXPECT_LE(getLargestDifference(stage.take(true), plain), 1) << name << size.x();
+        }
+    }
+}
+
 TEST_P(EffectPixels, AFileThatDoesNotCompileIsToldWithTheCompilersMessageAndTheWidgetIsDrawnWithout) {
     stage.host->frame();
     Picture const plain = stage.take();

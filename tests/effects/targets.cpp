@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "gui_lib/controls/scroll/ScrollPane.h"
 #include "platform/trace/vtxTraceLog.h"
 #include "platform/vtx/vtxFrameBuffer.h"
 #include "tests/effects/EffectStage.h"
@@ -11,13 +12,6 @@ namespace {
 
 using gui::Widget;
 using osg::Vec2i;
-
-int getLargestDifference(Picture const& first, Picture const& second) {
-    int largest = 0;
-    for (std::size_t i = 0; i < first.pixels.size(); ++i)
-        largest = std::max(largest, std::abs(first.pixels[i] - second.pixels[i]));
-    return largest;
-}
 
 /// Boxes in boxes, three deep, the middle one with clip insets; places follow from a number.
 struct Nest {
@@ -87,6 +81,79 @@ TEST_P(TargetPixels, SamplesMipsAndALargerTargetChangeNothingWhereEdgesLieOnPixe
         stage.host->frame();
         EXPECT_TRUE(stage.take().pixels == plain.pixels) << each.msaa << ' ' << each.mips << ' ' << each.size.x();
         EXPECT_TRUE(stage.take(true).pixels == plain.pixels) << each.msaa << ' ' << each.mips;
+    }
+}
+
+TEST(TargetPixels, ATargetWhoseSizeIsSetKeepsShowingWhatItWasMadeFor) {
+    EffectStage stage(EglContext::Api::GL33, Vec2i(200, 150));
+    SkinBox& box = *stage.host->box;
+    box.place(10, 20, 40, 30);
+    box.setDrawToTarget(true);
+    box.look().setTargetSize(Vec2i(60, 50));
+    stage.host->frame();
+    auto const target = box.look().target;
+    box.setSize(Vec2i(60, 50));
+    stage.host->frame();
+    EXPECT_EQ(box.look().target, target);
+    EXPECT_EQ(stage.take().at(49, 49), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(stage.take().at(50, 30), (Pixel{0, 0, 0, 255}));
+    EXPECT_EQ(stage.take().at(30, 50), (Pixel{0, 0, 0, 255}));
+}
+
+/// A pane of 120 by 80 over boxes that reach far beyond it, some of them in one another.
+struct Scrolled {
+    Scrolled() {
+        pane.setPosition(Vec2i(20, 10));
+        pane.setSize(Vec2i(120, 80));
+        for (int i = 0; i < 4; ++i) {
+            boxes.push_back(new SkinBox(i % 2 ? "green" : "red"));
+            boxes.back()->place(10 + 70 * i, 5 + 50 * i, 60, 45);
+            boxes.back()->add(new SkinBox("cut"))->place(5, 5, 50, 30);
+            pane.insertWidget(boxes.back(), -1);
+        }
+    }
+
+    gui::ScrollPane& pane = *new gui::ScrollPane;
+    std::vector<SkinBox*> boxes;
+};
+
+TEST_P(TargetPixels, WhatIsScrolledIsCutByThePaneAlsoAsATarget) {
+    EffectStage stage(EglContext::Api::GL33, Vec2i(480, 360), GetParam());
+    Scrolled scrolled;
+    gui::ScrollPane& pane = scrolled.pane;
+    auto const settle = [&] {
+        for (int frame = 0; frame < 3; ++frame)
+            stage.host->frame();
+    };
+    settle();
+    for (Vec2i const& place : {Vec2i(0, 0), Vec2i(30, 22), Vec2i(131, 80)}) {
+        auto const show = [&](bool inner, bool outer) {
+            for (SkinBox* const box : scrolled.boxes)
+                box->setDrawToTarget(inner);
+            pane.setDrawToTarget(outer);
+            settle();
+            Picture const picture = stage.take(pane);
+            EXPECT_TRUE(stage.take(pane, true).pixels == picture.pixels) << "recorded " << inner << outer;
+            return picture;
+        };
+        pane.setHorzScrollValue(place.x());
+        pane.setVertScrollValue(place.y());
+        settle();
+        Picture const plain = show(false, false);
+        // The third box, which the last place shows whole and the first one not at all.
+        Pixel const shown = plain.at(int((30 + 150 - 131) * GetParam()), int((12 + 105 - 80) * GetParam()));
+        EXPECT_EQ(shown, (place.x() == 131 ? Pixel{255, 0, 0, 255} : shown));
+        EXPECT_EQ(getLargestDifference(show(true, false), plain), 0) << "opaque boxes at " << place.x();
+        EXPECT_LE(getLargestDifference(show(false, true), plain), 2) << "the pane at " << place.x();
+        EXPECT_LE(getLargestDifference(show(true, true), plain), 2) << "both at " << place.x();
+        // An effect at rest is cut likewise.
+        gui::skin::ShaderEffectParams params;
+        params["duration"] = 0.0f;
+        for (SkinBox* const box : scrolled.boxes)
+            box->setShaderEffect("flickerQuads", &params);
+        EXPECT_LE(getLargestDifference(show(true, false), plain), 1) << "with effects at " << place.x();
+        for (SkinBox* const box : scrolled.boxes)
+            box->setShaderEffect(nullptr, nullptr);
     }
 }
 

@@ -223,6 +223,11 @@ TEST_F(Borders, WhatAsksForNothingAddsNoGapToTheMinimumAndWhatHasNoLimitTakesItF
     EXPECT_EQ(layout->getMinSize(), Vec2i(21, 14));
     static_cast<Block*>(box->getWidget(0))->most = Vec2i(0, 3);
     EXPECT_EQ(layout->getMaxSize().x(), 0);
+    // Widths count for the height: with none in north and south, a west without limit takes it from the east too.
+    for (int index = 1; index < 4; ++index)
+        static_cast<Block*>(box->getWidget(index))->most = Vec2i(0, 0);
+    static_cast<Block*>(box->getWidget(4))->most = Vec2i(0, 40);
+    EXPECT_EQ(layout->getMaxSize(), Vec2i(0, 0));
 }
 
 // --- Forms ---

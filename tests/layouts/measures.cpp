@@ -8,6 +8,7 @@
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/Skin/TextMeasure.h"
 #include "gui_lib/controls/labels/Static.h"
+#include "gui_lib/frame/GUI.h"
 #include "gui_lib/layouts/HorzLayout.h"
 #include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/layouts/VertLayout.h"
@@ -189,6 +190,57 @@ TEST(Measures, WhatIsRememberedChangesNeitherPlacesNorTheOrderOfCallbacks) {
         auto const from = static_cast<std::size_t>(std::max<std::ptrdiff_t>(at - remembered.begin() - 400, 0));
         FAIL() << "seed " << seed << "\nremembered: " << remembered.substr(from, 500)
                << "\nanew:       " << anew.substr(from, 500);
+    }
+}
+
+TEST(Measures, WhateverChangesAnAnswerWithinAPassIsSeenAtOnce) {
+    support::TestHost host(makeSkins());
+    auto* const box = new Box(Vec2i(100, 60));
+    auto* const rowBox = new Box;
+    box->insertWidget(rowBox, -1);
+    box->setLayout((new HorzLayout(1))->handler());
+    rowBox->setLayout((new HorzLayout(2))->handler());
+    auto* const label = new gui::Static;
+    label->setText(L"a\tb");
+    // Sized as a host's program likes.
+    struct Own : Block {
+        Vec2i calcSize() const override {
+            return {pref.x() + (getEnabled() ? 3 : 0) + (getFocused() ? 5 : 0), pref.y()};
+        }
+        bool getFocusable() const override { return true; }
+    };
+    auto* const own = new Own;
+    auto* const stray = new gui::Container;
+    auto* const elsewhere = new Box;
+    for (Widget* const child : {static_cast<Widget*>(label), static_cast<Widget*>(own), static_cast<Widget*>(stray)})
+        rowBox->insertWidget(child, -1);
+    auto* const data = new gui::skin::Data(nullptr);
+    data->setMinSize(Vec2i(70, 20));
+    auto* const borrower = new gui::Panel;
+    borrower->getWidgetSkin()->setSkinData(data, false);
+    rowBox->insertWidget(borrower, -1);
+    stray->setParent(elsewhere->getHandler());
+
+    auto const ask = [box] {
+        return std::vector<Vec2i>{box->getMinSize(), box->getMaxSize(), box->getPrefSize(), box->calcMaxSize()};
+    };
+    std::pair<char const*, std::function<void()>> const changes[] = {
+        {"spaces of a tab", [] { gui::GUI::get()->setTabSpacesCount(9); }},
+        {"enabled", [&] { own->setEnabled(false); }},
+        {"focus", [&] { own->setFocused(true); }},
+        {"told by a program", [&] { own->pref = Vec2i(40, 40), own->setDirtySize(true); }},
+        {"a child whose parent is another", [&] { stray->setSize(Vec2i(50, 70)); }},
+        {"end of borrowed data", [&] { delete data; }},
+        {"layout taken away", [&] { LayoutHandler::get(rowBox->getLayout())->setContainer(nullptr); }},
+    };
+    for (auto const& [name, change] : changes) {
+        MeasurePass const pass;
+        std::vector<Vec2i> const before = ask();
+        change();
+        std::vector<Vec2i> const after = ask();
+        KeepingScope const measuredAnew(false);
+        EXPECT_EQ(after, ask()) << name;
+        EXPECT_NE(after, before) << name << " changes nothing";
     }
 }
 

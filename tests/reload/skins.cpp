@@ -18,6 +18,8 @@
 #include "tests/support/SkinText.h"
 #include "tests/support/WidgetZoo.h"
 
+#include <lua.hpp>
+
 namespace {
 
 using gui::GUI;
@@ -83,6 +85,50 @@ std::string skinOf(std::string_view color, std::string_view params = "") {
 gui::Text::Info textOf(Widget const& widget) {
     gui::Text::Info const* const info = widget.getWidgetSkin()->getSkinData()->getText(InteractiveStateReleased, 1);
     return info ? *info : gui::Text::Info();
+}
+
+// --- The stack ---
+
+TEST(ReloadedSkin, whatTheFileReturnsAndItsTableStayOnTheStackAndFollowTheRunInForce) {
+    Folder folder;
+    std::string const file = folder.path("skin.lua").c_str();
+    support::ZooHost host("skins/dark.lua");
+    host.destroyGui();
+    auto const write = [&](std::string const& results) {
+        folder.write("skin.lua", skinOf("0x11223344") + " Skin.self = '" + results + "' return " + results);
+    };
+    write("1, 2, 3");
+    host.createGui("dofile('" + file + "') return 1, 2, 3");
+    lua_State* const L = GUI::get()->getLuaState();
+    auto const expect = [L](std::initializer_list<double> results, char const* self) {
+        ASSERT_EQ(lua_gettop(L), 4);
+        int place = 0;
+        for (double const result : results)
+            EXPECT_EQ(lua_tonumber(L, ++place), result);
+        ASSERT_TRUE(lua_istable(L, 4));
+        lua_getfield(L, 4, "self");
+        EXPECT_STREQ(lua_tostring(L, -1), self);
+        lua_pop(L, 1);
+    };
+    expect({1, 2, 3}, "1, 2, 3");
+    write("4, 5");
+    ASSERT_TRUE(reload(file.c_str()));
+    expect({4, 5, 0}, "4, 5");
+    write("6, 7, 8, 9");
+    ASSERT_TRUE(reload(file.c_str()));
+    expect({6, 7, 8}, "6, 7, 8, 9");
+    write("1, error()");
+    EXPECT_FALSE(GUI::get()->reloadSkin(file.c_str(), nullptr));
+    expect({6, 7, 8}, "6, 7, 8, 9");
+}
+
+TEST(ReloadedSkin, moreResultsThanTheStackHasRoomForAreNotKept) {
+    support::ZooHost host("skins/dark.lua");
+    host.destroyGui();
+    host.createGui("dofile('skins/dark.lua') local t = {} for i = 1, 7500 do t[i] = i end return unpack(t)");
+    EXPECT_EQ(lua_gettop(GUI::get()->getLuaState()), 1);
+    EXPECT_TRUE(reload("skins/light.lua"));
+    EXPECT_EQ(lua_gettop(GUI::get()->getLuaState()), 1);
 }
 
 // --- As after a fresh start ---

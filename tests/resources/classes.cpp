@@ -21,6 +21,14 @@ std::map<std::string, std::pair<char const*, char const*>> const samples = {
     {"text", {"'Größe %d'", "'other'"}},
     {"tooltip", {"'a hint'", "'$hint'"}},
     {"resourceString", {"'res'", "'source'"}},
+    {"skin", {"'staticSkin'", "'panelSkin'"}},
+    {"skinParams",
+     {"{textLineHeight = 21}", "{textLineHeight = 22, focusRectColor = '0x11223344', minSize = {horz = 3, vert = 4}}"}},
+    {"tooltipSkin", {"'tooltipSkin'", "'staticSkin'"}},
+    {"checkLook", {"{color = '0x11223344'}", "{userTexSampler = 2, color = '0x11223344'}"}},
+    {"effect", {"'alpha'", "'flickerQuads'"}},
+    {"cursor", {"36", "39"}},
+    {"picture", {"'tests/graphics/picture.png'", "'atlas/parts.png'"}},
     {"minSize", {"{11, 12}", "{13, 14}"}},
     {"maxSize", {"{411, 0}", "{0, 412}"}},
     {"insets", {"{1, 2, 3, 4}", "{5, 6, 7, 8}"}},
@@ -164,8 +172,9 @@ TEST(WindowResources, everyPropertyOfEveryClassIsReadAsItWasSet) {
                 // Popups keep their children apart from what a layout could place; nothing else takes the focus away.
                 if (!property.push || !property.assign || viewless || (name == "anchors" && isWindow(binding)))
                     continue;
-                static std::set<std::string> const ofSkins = {"minSize",     "maxSize",  "insets",      "textWrapping",
-                                                              "useEllipsis", "textLook", "pictureLook", "bkgLook"};
+                static std::set<std::string> const ofSkins = {
+                    "minSize",     "maxSize", "insets", "textWrapping", "useEllipsis", "textLook",
+                    "pictureLook", "bkgLook", "skin",   "skinParams",   "effect"};
                 if (ofSkins.count(name) && !hasSkin(binding))
                     continue;
                 bool const focusable = name != "tabOrder" || host::lua::as<gui::Widget>(binding.make()).getFocusable();

@@ -1,12 +1,17 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "gui_lib/controls/buttons/Button.h"
+#include "gui_lib/controls/small/TextureView.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/windows/ModalWindow.h"
 #include "gui_lib/windows/Window.h"
 #include "host/lua/WindowResources.h"
 #include "platform/qor/Lua.h"
+#include "platform/vtx/vtxRenderer.h"
+#include "platform/vtx/vtxTextureManager.h"
 #include "tests/resources/ResourceHost.h"
 #include "tests/support/LogCapture.h"
 
@@ -117,6 +122,39 @@ TEST(WindowResources, aCallbackCannotEndGui) {
     EXPECT_FALSE(host.run(*window, "w.position = {1, 2} return false"));
     EXPECT_TRUE(log.contains("GUI::destroy ignored"));
     EXPECT_TRUE(gui::GUI::get());
+}
+
+TEST(WindowResources, aViewGivesItsPictureBackWhenItShowsAnotherAndWhenItDies) {
+    ResourceHost host;
+    vtxTextureManager& textures = *vtxRenderer::get()->getTextureManager();
+    auto const isLoaded = [&textures] {
+        for (int i = 0; i < 100; ++i)
+            textures.flushReleased();
+        auto const files = textures.getFiles();
+        return std::any_of(files.begin(), files.end(),
+                           [](auto const& file) { return file.ends_with("graphics/picture.png"); });
+    };
+    std::string const picture = "'tests/graphics/picture.png'";
+    gui::WindowBase* const window =
+        host.make("return Window { TextureView { name = 'v', size = {50, 50}, picture = " + picture + " } }");
+    auto& view = dynamic_cast<gui::TextureView&>(*window->findWidgetByName(L"v"));
+    EXPECT_TRUE(isLoaded());
+    EXPECT_TRUE(host.run(*window, "w:find('v').picture = 'atlas/parts.png' return true"));
+    EXPECT_FALSE(isLoaded());
+    EXPECT_TRUE(host.run(*window, "w:find('v').picture = " + picture + " return true"));
+    {
+        support::LogCapture log;
+        EXPECT_FALSE(host.run(*window, "w:find('v').picture = 'no/such/file.png' return true"));
+        EXPECT_NE(host.takeErrorText().find("wants a picture file that can be read"), std::string::npos);
+    }
+    EXPECT_TRUE(view.getTexture() && isLoaded()) << "what cannot be read changes nothing";
+    vtxTexture* const texture = view.getTexture();
+    view.setTexture(nullptr);
+    EXPECT_TRUE(host.check(*window, "w:find('v').picture == nil")) << "the program has taken it away";
+    view.setTexture(texture);
+    EXPECT_TRUE(isLoaded() && host.check(*window, "w:find('v').picture == " + picture));
+    gui::Widget::destroy(window);
+    EXPECT_FALSE(isLoaded());
 }
 
 TEST(WindowResources, aFillReplacesContentsPropertiesAndCallbacks) {

@@ -98,11 +98,12 @@ TEST(LoaderScript, aloneMayRequireWhatIsNative) {
     support::TestHost host;
     OwnLoader loader;
     std::ofstream("result.lua") << "return 0";
+    int const top = lua_gettop(state());
     auto const ask = [&](std::string const& script) {
         loader.write(script);
         gui::GUI::get()->createWindowFromResource("x");
         std::string const text = lua_isstring(state(), -1) ? lua_tostring(state(), -1) : "";
-        lua_settop(state(), 0);
+        lua_settop(state(), top);
         return text;
     };
     EXPECT_EQ(ask("return require 'fortytwo'"), "42");

@@ -132,6 +132,17 @@ TEST_F(ShaderEffects, EndWhenTheirOwnerDiesOrIsAnotherSkinsWidget) {
     EXPECT_EQ(lent.getShaderEffect(), orphan);
     host.advance(1.0);
     EXPECT_FALSE(manager().getInUse(orphan));
+    EXPECT_EQ(lent.getShaderEffect(), nullptr) << "or it would go on to show what the next one does";
+    {
+        SkinBox::BoxSkin dying(box);
+        dying.setShaderEffect("test", &params);
+        EXPECT_EQ(dying.getShaderEffect(), orphan);
+    }
+    host.advance(1.0);
+    EXPECT_FALSE(manager().getInUse(orphan));
+    lent.setShaderEffect("test", &params);
+    host.destroyGui();
+    EXPECT_EQ(lent.getShaderEffect(), nullptr);
 }
 
 TEST_F(ShaderEffects, ReplacingOneInsideItsEndKeepsTheNewOne) {

@@ -4,6 +4,7 @@
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "gui_lib/widget/WidgetHandler.h"
+#include "gui_lib/windows/Window.h"
 #include "host/CommandPlayer.h"
 #include "platform/trace/vtxTraceLog.h"
 #include "platform/vtx/vtxFrameBuffer.h"
@@ -242,6 +243,57 @@ TEST(SkinTarget, AWidgetMayDieWhileItIsLaidOutForItsTarget) {
     host.frame();
     EXPECT_EQ(gui::WidgetHandler::get(handler), nullptr);
     EXPECT_EQ(gui::GUI::get()->getTargetWidget(), nullptr);
+}
+
+/// Notes its name when it is parsed, directly or by a list that is played.
+class ParsedBox final : public SkinBox {
+public:
+    ParsedBox(char name, std::string& visits) : SkinBox("plain"), name_(name), visits_(visits) {}
+
+protected:
+    void parse_() override {
+        visits_ += name_;
+        SkinBox::parse_();
+    }
+    void makeParse_(gui::GraphicCommands* commands) override {
+        commands->parse([this] { visits_ += name_; });
+        SkinBox::makeParse_(commands);
+    }
+
+private:
+    char name_;
+    std::string& visits_;
+};
+
+TEST(Parsing, VisitsWhatIsVisibleInTheOrderInWhichItIsDrawn) {
+    TestHost host(skins());
+    std::string visits;
+    auto* const window = new gui::Window;
+    auto* const first = new ParsedBox('a', visits);
+    auto* const hidden = first->add(new ParsedBox('b', visits));
+    hidden->add(new ParsedBox('c', visits));
+    first->add(new ParsedBox('d', visits));
+    window->insertWidget(first, -1);
+    window->insertWidget(new ParsedBox('e', visits), -1);
+    window->setVisible(true);
+    host.frame();
+    for (char const* expected : {"abcde", "ade"}) {
+        visits.clear();
+        gui::GUI::get()->parse();
+        EXPECT_EQ(visits, expected);
+        gui::GraphicCommands list;
+        window->makeParse(&list);
+        EXPECT_EQ(visits, expected) << "recording calls nothing";
+        visits.clear();
+        host::CommandPlayer::parse(list);
+        EXPECT_EQ(visits, expected);
+        host::CommandPlayer::release(list);
+        hidden->setVisible(false);
+    }
+    window->setVisible(false);
+    visits.clear();
+    gui::GUI::get()->parse();
+    EXPECT_EQ(visits, "");
 }
 
 TEST(SkinCost, AnUnchangedLookIsRedrawnAndRecordedWithoutAllocating) {

@@ -181,6 +181,8 @@ private:
     void captureSome_(gui::Widget* self);
     void showModal_();
     void loadSkin_(gui::Widget* self);
+    /// The whole skin file, as live reload does; refused amid passes.
+    void reloadSkin_();
     void postInput_();
 
     Settings settings_;

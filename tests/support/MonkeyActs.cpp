@@ -249,6 +249,8 @@ void Monkey::moveWidget_(gui::Widget* self) {
 
 void Monkey::loadSkin_(gui::Widget* self) {
     Widget* const widget = self ? self : pickWidget_(pick_ * 11u);
+    if (pick_ / 16 == 2)
+        return reloadSkin_();
     if (!widget || !widget->getWidgetSkin())
         return;
     if (pick_ / 16 % 4 != 3)
@@ -259,6 +261,15 @@ void Monkey::loadSkin_(gui::Widget* self) {
     for (char const* const key : {"easing", "easingAlpha", "easingSize"})
         params[key] = float(pick_ % 33);
     widget->setShaderEffect(effectNames[pick_ % std::size(effectNames)], &params);
+}
+
+void Monkey::reloadSkin_() {
+    gui::GUI& gui = *gui::GUI::get();
+    bool const possible = gui.getSkinReloadable();
+    qor::string error;
+    bool const loaded = gui.reloadSkin(pick_ % 2 ? "skins/light.lua" : "skins/dark.lua", &error);
+    if (loaded != possible || error.empty() == !loaded)
+        fail_(std::string("a skin that is ") + (loaded ? "" : "not ") + "loaded anew says: " + error.c_str());
 }
 
 void Monkey::postInput_() {

@@ -322,7 +322,7 @@ void Monkey::changeHost_(MonkeyStep const& step, gui::Widget* widget) {
     gui::GUI& gui = *gui::GUI::get();
     gui::WindowsManager& manager = *gui::WindowsManager::get(0);
     auto* const window = dynamic_cast<gui::WindowBase*>(widget);
-    switch (step.c % 8) {
+    switch (step.c % 9) {
         case 0:
             return gui.setDebugDraw(!gui.getDebugDraw());
         case 1:
@@ -339,6 +339,8 @@ void Monkey::changeHost_(MonkeyStep const& step, gui::Widget* widget) {
             if (auto* const plain = dynamic_cast<gui::Window*>(widget))
                 plain->setTransparentForUserInput(step.pick % 2 == 0);
             return;
+        case 7:
+            return reloadSkin_();
         default:
             if (auto* const plain = dynamic_cast<gui::Window*>(widget))
                 plain->setZOrder(int(step.pick % 5) - 2);

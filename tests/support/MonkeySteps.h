@@ -47,7 +47,7 @@ enum class MonkeyVerb : uint8_t {
     EndCaptured,
     EndModal,
     Move,
-    LoadSkin,  ///< or start an effect
+    LoadSkin,  ///< or the skin file anew, or start an effect
     PostInput,
     NestedFrame,
     Count

@@ -7,7 +7,7 @@
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 build="${1:-build/dev}"
-gallery="$build/gallery"
+gallery="$(realpath -m "$build/gallery")"
 out=out/x11
 width=1400
 height=860
@@ -78,6 +78,12 @@ release() { xdotool mouseup 1; }
 park() { move 12 $((height - 12)); }
 # click <x> <y>
 click() { move "$1" "$2" && press && release; }
+# wheel <up|down> <notches> <x> <y>: a notch scrolls a pane by 40, as the skins say.
+wheel() {
+    local button=5
+    [ "$1" = down ] || button=4
+    move "$3" "$4" && xdotool click --repeat "$2" --delay 20 $button
+}
 # drag <from x> <from y> <to x> <to y>: leaves the button held.
 drag() {
     local step
@@ -147,14 +153,16 @@ find_window() {
     [ -n "$window" ]
 }
 
-# start_gallery <name>: NAME.log and NAME.rec tell of this run.
+# start_gallery <name> [folder]: NAME.log and NAME.rec tell of this run. Files of the folder go before the toolkit's.
 start_gallery() {
+    # What a failed check has left.
+    [ -z "$program" ] || { kill "$program" && wait "$program"; } 2> /dev/null
     left=0
     top=0
     xdotool mousemove 2 2
     keep black 0 0 1440 900
-    env -u WAYLAND_DISPLAY SDL_VIDEODRIVER=x11 LIBGL_ALWAYS_SOFTWARE=1 "$gallery" --still --scale 1 --skin dark \
-        --size ${width}x$height --record "$out/$1.rec" > "$out/$1.log" 2>&1 &
+    env -C "${2:-.}" -u WAYLAND_DISPLAY SDL_VIDEODRIVER=x11 LIBGL_ALWAYS_SOFTWARE=1 "$gallery" --still --scale 1 \
+        --skin dark --size ${width}x$height --record "$PWD/$out/$1.rec" > "$out/$1.log" 2>&1 &
     program=$!
     await find_window || await find_window || give_up "the gallery opens no window"
     changes black 400000 || give_up "the gallery draws nothing"
@@ -448,6 +456,111 @@ a_popup_closes_at_a_press_beside_it() {
         returns below
 }
 
+# --- Pages from files ---
+
+# to_page <caption>: over the other pages.
+to_page() {
+    locate pages "ToggleButton \"$1\""
+    click "$cx" "$cy" && settle
+}
+
+# Each opens over those before.
+files_open_as_pages() {
+    local page
+    for page in "Scroll pane" "Scroll bars" Row Dialog; do
+        locate pages "ToggleButton \"$page\""
+        keep page "$x" "$y" "$w" "$h" && click "$cx" "$cy" && changes page || return 1
+    done
+    settle && read_tree_again && picture pages
+}
+
+# keep_lines: some lines of the scroll pane, by their numbers, and where it is; the tree shows it before all scrolling.
+keep_lines() {
+    local number
+    locate scrollpane ScrollPaneView
+    view=("$x" "$y" "$w" "$h")
+    pane=("$cx" "$cy")
+    for number in 1 4 5; do
+        locate scrollpane "Static \"Line $number\""
+        line_x=$x
+        line_y[number]=$y
+        keep "line$number" "$x" "$y" "$w" "$h"
+    done
+    line_step=$((line_y[5] - line_y[4]))
+}
+# scrolled <number> <by>: the line shows, so far above its first place.
+scrolled() { appears "line$1" "$line_x" $((line_y[$1] - $2)); }
+
+a_scroll_pane_scrolls_by_wheel_track_and_thumb() {
+    to_page "Scroll pane" && keep_lines || return 1
+    locate scrollpane ScrollBarThumb
+    wheel down 2 "${pane[@]}" && scrolled 5 80 && wheel up 2 "${pane[@]}" && scrolled 1 0 || return 1
+    # A page is what is in view, to the nearest step of 8. Nothing of before shows then; the wheel goes back a little.
+    click "$cx" $((view[1] + view[3] - 40)) && changes line1 && wheel up 2 "${pane[@]}" &&
+        scrolled 4 $(((view[3] + 4) / 8 * 8 - 80)) && click "$cx" $((y + 1)) && scrolled 1 0 || return 1
+    drag "$cx" "$cy" "$cx" $((cy + 60)) && changes line1 && release && settle && ! is line1 &&
+        picture scrolled || return 1
+    drag "$cx" $((cy + 60)) "$cx" $((cy - 40)) && scrolled 1 0 && release && scrolled 1 0
+}
+
+# The line of the button goes, and the next one takes its place.
+a_button_in_a_scrolled_pane_works() {
+    wheel down 2 "${pane[@]}" && scrolled 5 80 || return 1
+    locate scrollpane 'Button "Done"'
+    click "$cx" $((cy + 3 * line_step - 80)) && scrolled 5 $((80 + line_step)) && settle && picture line-done
+}
+
+a_scroll_bar_is_stepped_by_its_buttons() {
+    to_page "Scroll bars" || return 1
+    locate scrollbars 'Static name "value"'
+    keep value "$x" "$y" "$w" "$h"
+    locate scrollbars ScrollBarThumb
+    keep thumb "$x" "$y" "$w" "$h"
+    locate scrollbars 'HorzScrollBar name "bar"'
+    click $((x + w - 8)) "$cy" && changes value && settle && ! is thumb || return 1
+    click $((x + 8)) "$cy" && returns value && settle && is thumb
+}
+
+# All of a row's items grow alike.
+a_layout_follows_the_border_of_its_window() {
+    to_page Row || return 1
+    locate row 'Window name "row"'
+    local right=$((x + w - 3)) middle=$((y + 60))
+    locate row 'Button "Item 1"'
+    local first=$((x + w - 12)) first_y=$y
+    keep first $first "$y" 12 "$h"
+    locate row 'Button "Item 4"'
+    local last=$((x + w - 12))
+    keep last $last "$y" 12 "$h" && drag "$right" $middle $((right + 60)) $middle && release || return 1
+    appears first $((first + 15)) $first_y && appears last $((last + 60)) "$y" && settle && ! is last &&
+        picture row || return 1
+    drag $((right + 60)) $middle "$right" $middle && release && returns first && returns last
+}
+
+# The first button opens a modal window, which answers; the other one makes a check box.
+a_function_of_a_file_changes_its_page() {
+    to_page Dialog || return 1
+    locate dialog 'Static name "answer"'
+    keep answer "$x" "$y" "$w" "$h"
+    keep middle $((width / 2 - 20)) $((height / 2 - 20)) 40 40
+    locate dialog 'Button "Ask"'
+    click "$cx" "$cy" && changes middle && picture question && xdotool key Tab Return && changes answer &&
+        returns middle || return 1
+    locate dialog 'Panel name "more"'
+    keep more "$x" "$y" 100 24
+    locate dialog 'Button "Grow"'
+    click "$cx" "$cy" && changes more && settle && ! is more && picture grown
+}
+
+# --- Looks and files that change ---
+
+f11_switches_between_dark_and_light() {
+    locate controls 'Window name "controls"'
+    settle && keep dark "$x" "$y" "$w" "$h" && xdotool key F11 && changes dark 50000 && picture light || return 1
+    xdotool key F11
+    returns dark && settle
+}
+
 escape_ends_the_program() {
     xdotool key Escape
     left=0 top=0 returns black && await ended && wait "$program" && program=
@@ -461,6 +574,40 @@ closing_the_program_while_a_modal_window_waits_ends_it() {
     keep page "${answer[@]}" && click "${opener[@]}" && changes page && open_modal || return 1
     "$probe" close "$window" && left=0 top=0 returns black && await ended && wait "$program" && program= &&
         "$gallery" --replay "$out/closing.rec" --back-end trace --out "$out/closing" > "$out/closing-replay.log" 2>&1
+}
+
+# save <file> <what sed does to it>
+save() {
+    sed "$2" "$live/$1" > "$kept/edited" && cp "$kept/edited" "$live/$1"
+}
+
+# In a run of its own, with copies of the files. The widgets are where they were in the session.
+edits_of_files_show_while_the_program_runs() {
+    local live="$kept/live" button
+    mkdir -p "$live/gallery" && cp -r assets/skins "$live" && cp assets/gallery/scrollpane.lua "$live/gallery" ||
+        return 1
+    start_gallery live "$live"
+    "$probe" wait-still "$left" "$top" $width $height || give_up "the gallery does not stand still"
+    locate scrollpane 'Button "To the end"'
+    button=("$x" "$y" "$w" "$h")
+    keep page "${view[@]}" && to_page "Scroll pane" && changes page || return 1
+    wheel down 2 "${pane[@]}" && scrolled 5 80 && settle && keep look "${button[@]}" &&
+        keep below $((width / 2 - 100)) $((height - 56)) 200 20 || return 1
+
+    save skins/dark.lua 's/control = { released = "[^"]*"/control = { released = "0x8a2a3cff"/'
+    changes look 500 && keep look "${button[@]}" && keep lines "${view[@]}" && cp "$live/skins/dark.lua" "$kept/good" &&
+        picture skin-edited || return 1
+    # The first panel alone would be told from none, so another text must change it.
+    save skins/dark.lua 's/^SkinTablesConstant = .*/& + nil/'
+    changes below 3000 && keep error $((width / 2 - 470)) $((height - 56)) 940 20 && is look &&
+        picture skin-broken || return 1
+    save skins/dark.lua 's/^Skin = .*/& }/'
+    changes error 100 && is look && is lines || return 1
+    cp "$kept/good" "$live/skins/dark.lua"
+    returns below && is look && is lines || return 1
+
+    save gallery/scrollpane.lua 's/"To the end"/"Downwards"/'
+    changes look && returns lines && scrolled 5 80 && picture page-edited && escape_ends_the_program
 }
 
 # Twice: the widgets must end up as in the session, and the frames must be the same.
@@ -520,9 +667,17 @@ check the_index_opens_a_page
 check a_modal_window_takes_all_input_while_the_scene_goes_on
 check a_modal_window_ends_by_its_close_button
 check a_popup_closes_at_a_press_beside_it
+check files_open_as_pages
+check a_scroll_pane_scrolls_by_wheel_track_and_thumb
+check a_button_in_a_scrolled_pane_works
+check a_scroll_bar_is_stepped_by_its_buttons
+check a_layout_follows_the_border_of_its_window
+check a_function_of_a_file_changes_its_page
+check f11_switches_between_dark_and_light
 check escape_ends_the_program
 check a_replay_ends_as_the_session_did
 check closing_the_program_while_a_modal_window_waits_ends_it
+check edits_of_files_show_while_the_program_runs
 
 echo "$SECONDS s"
 if [ ${#failed[@]} -gt 0 ]; then

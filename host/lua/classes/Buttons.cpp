@@ -2,6 +2,7 @@
 #include "gui_lib/controls/buttons/CheckBox.h"
 #include "gui_lib/controls/buttons/RadioButton.h"
 #include "host/lua/ClassList.h"
+#include "host/lua/classes/Looks.h"
 
 namespace host::lua {
 
@@ -19,11 +20,13 @@ void addButtons(ClassList& list) {
             [](gui::ToggleButton& button, bool checked) { button.setState(checked ? 1 : 0); }, Stage::Late),
     };
 
-    list.push_back(Define<gui::CheckBox>::binding("CheckBox", "ToggleButton", [] { return new gui::CheckBox; }));
+    list.emplace_back(Define<gui::CheckBox>::binding("CheckBox", "ToggleButton", [] { return new gui::CheckBox; }))
+        .properties = {getCheckLookProperty()};
     list.push_back(
         Define<gui::SwitchButton>::binding("SwitchButton", "ToggleButton", [] { return new gui::SwitchButton; }));
-    list.push_back(
-        Define<gui::RadioButton>::binding("RadioButton", "SwitchButton", [] { return new gui::RadioButton; }));
+    list.emplace_back(
+            Define<gui::RadioButton>::binding("RadioButton", "SwitchButton", [] { return new gui::RadioButton; }))
+        .properties = {getCheckLookProperty()};
 }
 
 }  // namespace host::lua

@@ -1,5 +1,6 @@
 #include "gui_lib/widget/Container.h"
 
+#include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/controls/small/Panel.h"
 #include "gui_lib/layouts/AnchorLayout.h"
 #include "gui_lib/layouts/LayoutHandler.h"
@@ -7,6 +8,7 @@
 #include "host/lua/Builder.h"
 #include "host/lua/ClassList.h"
 #include "host/lua/Objects.h"
+#include "platform/qor/Truncate.h"
 
 #include <lua.hpp>
 
@@ -34,7 +36,7 @@ int insert(lua_State* L, Container& self) {
     ClassBinding const* const inserter = binding.findInserter();
     if (!inserter)
         raise(L, qor::string("a ") + binding.getConstructor() + " holds no widgets; a Panel does");
-    int const place = luaL_optint(L, 3, 0) - 1;
+    int const place = gui::saturatingSubtract(qor::truncateToInt(luaL_optnumber(L, 3, 0)), 1);
     lua_settop(L, 3);
     gui::WidgetHandler* const handler = self.getHandler();
     Object living;

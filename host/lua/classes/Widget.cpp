@@ -1,5 +1,6 @@
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/base/CallbackTypes.h"
+#include "gui_lib/effects/ShaderEffectManager.h"
 #include "gui_lib/effects/ShaderEffectParams.h"
 #include "gui_lib/layouts/AnchorLayout.h"
 #include "gui_lib/layouts/LayoutHandler.h"
@@ -143,19 +144,53 @@ int localize(lua_State* L, Widget& self) {
     return 0;
 }
 
+// --- Effects ---
+
+/// The numbers of the table at `index` by their names; false if it has anything else but its first item.
+bool readEffectParams(lua_State* L, int index, gui::skin::ShaderEffectParams& params) {
+    bool right = true;
+    lua_pushnil(L);
+    for (; lua_next(L, index); lua_pop(L, 1)) {
+        float number = 0.0f;
+        if (lua_type(L, -2) == LUA_TSTRING && Value<float>::read(L, -1, number))
+            params[lua_tostring(L, -2)] = number;
+        else if (lua_type(L, -2) != LUA_TNUMBER)
+            right = false;
+    }
+    return right;
+}
+
 int setEffect(lua_State* L, Widget& self) {
     char const* const name = luaL_optstring(L, 2, nullptr);
     gui::skin::ShaderEffectParams params;
-    if (lua_istable(L, 3)) {
-        lua_pushnil(L);
-        for (; lua_next(L, 3); lua_pop(L, 1)) {
-            float number = 0.0f;
-            if (lua_type(L, -2) == LUA_TSTRING && Value<float>::read(L, -1, number))
-                params[lua_tostring(L, -2)] = number;
-        }
-    }
+    if (lua_istable(L, 3))
+        readEffectParams(L, 3, params);
     self.setShaderEffect(name, &params);
     return 0;
+}
+
+void pushEffect(lua_State* L, Object object) {
+    gui::skin::Skin const* const skin = object.widget->getWidgetSkin();
+    lua_pushstring(L, skin && gui::skin::ShaderEffectManager::exists()
+                          ? gui::skin::ShaderEffectManager::get().getName(skin->getShaderEffect())
+                          : nullptr);
+}
+
+bool assignEffect(lua_State* L, int index, Object object) {
+    gui::skin::ShaderEffectParams params;
+    lua_pushvalue(L, index);
+    bool right = true;
+    if (lua_istable(L, -1)) {
+        right = readEffectParams(L, lua_gettop(L), params);
+        lua_rawgeti(L, -1, 1);
+        lua_replace(L, -2);
+        right = right && lua_type(L, -1) == LUA_TSTRING;
+    }
+    right = right && (lua_type(L, -1) == LUA_TSTRING || !lua_toboolean(L, -1));
+    if (right)
+        object.widget->setShaderEffect(lua_type(L, -1) == LUA_TSTRING ? lua_tostring(L, -1) : nullptr, &params);
+    lua_pop(L, 1);
+    return right;
 }
 
 qor::vector<Event> getEvents() {
@@ -204,6 +239,8 @@ void addWidget(ClassList& list) {
         {"visible", Value<bool>::wants, [](lua_State* L, Object o) { lua_pushboolean(L, o.widget->getVisible(false)); },
          assignVisible, Stage::Final},
         D::property<&Widget::getFocused, &Widget::setFocused>("focused", Stage::Final),
+        {"effect", "the name of an effect, a table as in {\"alpha\", duration = 2}, or false for none", pushEffect,
+         assignEffect, Stage::Final},
         D::readOnly("type", [](Widget& widget) { return qor::string(widget.getWidgetType()); }),
         D::readOnly("prefSize", [](Widget& widget) { return widget.getPrefSize(); }),
         D::readOnly("focusable", [](Widget& widget) { return widget.getFocusable(); }),

@@ -10,6 +10,7 @@
 #include "host/lua/ClassList.h"
 #include "host/lua/LuaCallback.h"
 #include "host/lua/Objects.h"
+#include "platform/qor/Truncate.h"
 
 #include <lua.hpp>
 
@@ -92,6 +93,13 @@ void addWindowBase(ClassList& list) {
                     header->setHasCloseButton(has);
             },
             Stage::Late),
+        // The top of the stack, which the new one replaces.
+        D::property(
+            "cursor", [](WindowBase& self) { return self.getMouseCursor(); },
+            [](WindowBase& self, int cursor) {
+                self.popMouseCursor();
+                self.pushMouseCursor(cursor);
+            }),
         {"overlays", "a list of widgets", pushOverlays, assignOverlays, Stage::ByBuilder},
         {"hotKeys", "functions by their keys, as in {[\"ctrl+s\"] = save}", pushHotKeys, assignHotKeys,
          Stage::Callbacks},
@@ -100,6 +108,26 @@ void addWindowBase(ClassList& list) {
     };
     base.events = {{"onClose", EventKind::Widget, WindowBase::closeCallbackName}};
     base.methods = {
+        D::method("pushCursor",
+                  [](lua_State* L, WindowBase& self) {
+                      self.pushMouseCursor(qor::truncateToInt(luaL_checknumber(L, 2)));
+                      return 0;
+                  }),
+        D::method("popCursor",
+                  [](lua_State*, WindowBase& self) {
+                      self.popMouseCursor();
+                      return 0;
+                  }),
+        D::method("focusNext",
+                  [](lua_State*, WindowBase& self) {
+                      self.setNextWidgetFocused();
+                      return 0;
+                  }),
+        D::method("focusPrevious",
+                  [](lua_State*, WindowBase& self) {
+                      self.setPrevWidgetFocused();
+                      return 0;
+                  }),
         D::method("close",
                   [](lua_State*, WindowBase& self) {
                       self.close();
