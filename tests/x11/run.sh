@@ -100,6 +100,8 @@ settle() {
 
 # --- Where the widgets are ---
 
+log="$out/session.log"
+
 # locate <window> <type and text as the trees have them>: sets x, y, w, h and the middle, cx and cy.
 locate() {
     read -r x y w h < <(awk -v window="name \"$1\"" -v what="$2 " '
@@ -109,7 +111,7 @@ locate() {
             gsub(/[,x]/, " ", place)
             print place
             exit
-        }' "$out/session.log")
+        }' "$log")
     [ -n "${h:-}" ] || give_up "the tree has no $2 in the window $1"
     cx=$((x + w / 2))
     cy=$((y + h / 2))
@@ -172,12 +174,12 @@ start_gallery() {
     xdotool windowfocus "$window"
 }
 
-tree_count() { [ "$(grep -c ' in the window ' "$out/session.log")" -eq "$1" ]; }
+tree_count() { [ "$(grep -c ' in the window ' "$log")" -eq "$1" ]; }
 
 # Another tree, for windows that were not shown before.
 read_tree_again() {
     local count
-    count=$(grep -c ' in the window ' "$out/session.log")
+    count=$(grep -c ' in the window ' "$log")
     keep plain 0 0 $width $height
     xdotool key F12
     await tree_count $((count + 1)) && changes plain 1000 && xdotool key F12 && returns plain
@@ -581,16 +583,18 @@ save() {
     sed "$2" "$live/$1" > "$kept/edited" && cp "$kept/edited" "$live/$1"
 }
 
-# In a run of its own, with copies of the files. The widgets are where they were in the session.
+# In a run of its own, with copies of the files.
 edits_of_files_show_while_the_program_runs() {
     local live="$kept/live" button
     mkdir -p "$live/gallery" && cp -r assets/skins "$live" && cp assets/gallery/scrollpane.lua "$live/gallery" ||
         return 1
     start_gallery live "$live"
     "$probe" wait-still "$left" "$top" $width $height || give_up "the gallery does not stand still"
+    to_page "Scroll pane" || return 1
+    local log="$out/live.log"
+    read_tree_again && keep_lines || return 1
     locate scrollpane 'Button "To the end"'
     button=("$x" "$y" "$w" "$h")
-    keep page "${view[@]}" && to_page "Scroll pane" && changes page || return 1
     wheel down 2 "${pane[@]}" && scrolled 5 80 && settle && keep look "${button[@]}" &&
         keep below $((width / 2 - 100)) $((height - 56)) 200 20 || return 1
 
