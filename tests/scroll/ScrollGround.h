@@ -96,9 +96,10 @@ protected:
         }
     }
 
+    /// Before the host, at whose end the last callbacks run.
+    std::string events;
     support::TestHost host{skins};
     gui::Window* window = new gui::Window;
-    std::string events;
 };
 
 }  // namespace scrolltest
