@@ -488,12 +488,14 @@ bool WindowsManager::onMouseMove(osg::Vec2i const& point) {
 bool WindowsManager::onMouseUp(MouseButton button) {
     if (pressedButtons > 0)
         --pressedButtons;
+    // First: the surface's mouse function is the host's, and may end the target.
+    osg::Vec2i const point = getMousePosition_();
     Widget* target = getLiveCapture_();
     if (!target)
         target = hoveredWindow;
     if (!target)
         return false;
-    target->onMouseUp(getMousePosition_(), button);
+    target->onMouseUp(point, button);
     return true;
 }
 
@@ -594,7 +596,9 @@ void WindowsManager::redrawAll() {
 Tooltip* WindowsManager::getTooltip() const { return WidgetHandler::get(tooltipHandler_) ? tooltip : nullptr; }
 
 Widget* WindowsManager::getTooltipWidget_() const {
-    return hoveredWindow ? hoveredWindow->getTooltipWidget(getMousePosition_()) : nullptr;
+    // The point first: the surface's mouse function may end the window.
+    osg::Vec2i const point = getMousePosition_();
+    return hoveredWindow ? hoveredWindow->getTooltipWidget(point) : nullptr;
 }
 
 qor::basic_string<wchar_t> const& WindowsManager::getTooltipText() const {

@@ -164,10 +164,13 @@ void Monkey::settle_() {
     stepIndex_ = next_;
     host_->releaseAllInput();
     gui::GUI::get()->setDebugDraw(false);
-    // A zoomed widget marks itself in every frame.
-    for (MonkeyWidget const& each : live_)
+    // A zoomed widget marks itself in every frame, and so does an effect without end for the targets around it.
+    for (MonkeyWidget const& each : live_) {
         if (Widget* const widget = WidgetHandler::get(each.handler))
             widget->setZoom(1.0f);
+        if (Widget* const widget = WidgetHandler::get(each.handler))
+            widget->setShaderEffect(nullptr, nullptr);
+    }
     host_->setFrameTime(0.25);
     int still = 0;
     for (int i = 0; i < settleFrames && still < 3; ++i) {
