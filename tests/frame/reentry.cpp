@@ -8,6 +8,7 @@
 #include "gui_lib/controls/small/Tooltip.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
+#include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/windows/ModalWindow.h"
 #include "gui_lib/windows/PopupWindow.h"
 #include "gui_lib/windows/Window.h"
@@ -37,6 +38,33 @@ size_t shownCount() {
     qor::vector<gui::WindowBase*> windows;
     gui::WindowsManager::get(0)->getShownWindows(windows);
     return windows.size();
+}
+
+// --- The surface's mouse function ---
+
+TEST(SurfaceMouseFunction, MayEndWhatTheReleaseOfAButtonWouldHaveReached) {
+    for (bool const captured : {true, false}) {
+        support::TestHost host;
+        auto* const window = place(new gui::Window);
+        auto* const button = new gui::Button;
+        button->setSize(Vec2i(80, 40));
+        window->insertWidget(button, -1);
+        window->setVisible(true);
+        host.frame();
+        host.moveMouse(110, 110);
+        host.pressMouse();
+        if (captured)
+            gui::WindowsManager::get(0)->captureMouse(button->getHandler());
+        auto* const target = captured ? static_cast<Widget*>(button) : window;
+        gui::WidgetHandler* const handler = target->getHandler();
+        GUI::get()->setSurfaceMouseFunc(0, [handler](int x, int y) {
+            Widget::destroy(gui::WidgetHandler::get(handler));
+            return Vec2i(x, y);
+        });
+        host.releaseMouse();
+        EXPECT_EQ(gui::WidgetHandler::get(handler), nullptr);
+        host.frame();
+    }
 }
 
 // --- Windows that change their mind ---
