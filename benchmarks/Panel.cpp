@@ -1,0 +1,151 @@
+#include <cmath>
+#include <cwchar>
+
+#include "benchmarks/BenchHost.h"
+#include "benchmarks/HeapCount.h"
+#include "benchmarks/Workload.h"
+#include "gui_lib/controls/buttons/Button.h"
+#include "gui_lib/frame/GUI.h"
+#include "gui_lib/graphics/GraphicCommands.h"
+#include "gui_lib/windows/Window.h"
+#include "host/CommandPlayer.h"
+#include "platform/vtx/vtxRenderer.h"
+#include "platform/vtx/vtxShader.h"
+
+namespace {
+
+using osg::Vec2i;
+
+constexpr int cellWidth = 100;
+constexpr int cellHeight = 24;
+
+int getColumns(int count) {
+    return std::max(1, static_cast<int>(std::lround(std::sqrt(double(count) * cellHeight / cellWidth))));
+}
+
+Vec2i getGridSize(int count) {
+    int const columns = getColumns(count);
+    return Vec2i(columns * cellWidth, (count + columns - 1) / columns * cellHeight);
+}
+
+/// A window with a grid of push buttons of 96 by 20, all visible, each with a label of 12 characters.
+class Panel final : public Workload {
+public:
+    explicit Panel(int count) : count_(count), host_(getGridSize(count) + Vec2i(64, 96)) {
+        addOperations_();
+        create_();
+        host_.settle();
+    }
+
+    std::vector<Operation> const& getOperations() const override { return operations_; }
+
+private:
+    void addOperations_() {
+        auto const endBefore = [this] { destroy_(); };
+        auto const renew = [this] {
+            destroy_();
+            create_();
+            host_.settle();
+        };
+        auto const ready = [this] {
+            if (!window_) {
+                create_();
+                host_.settle();
+            }
+        };
+        operations_ = {
+            {"W1a", "create, per button", [this] { create_(); }, endBefore, count_},
+            {"W1a2", "create with the first frame, per button", [this] { create_(), host_.frame(); }, endBefore,
+             count_},
+            {"W1i", "destroy, per button", [this] { destroy_(); }, renew, count_},
+            {"W1c", "frame in which nothing changed", [this] { host_.frame(); }, ready},
+            {"W1d", "frame with one other label", [this] { change_(++turn_ * 7 % count_), host_.frame(); }, ready},
+            {"W1e", "frame with all labels changed", [this] { changeAll_(), host_.frame(); }, ready},
+            {"W1f", "mouse onto the next button, and a frame", [this] { hoverNext_(), host_.frame(); }, ready},
+            {"W1h", "record, play and release the tree", [this] { recordAndPlay_(); }, ready},
+        };
+    }
+
+    void create_() {
+        auto* const window = new gui::Window;
+        window->setText(L"Panel");
+        window->setPosition(Vec2i(16, 16));
+        window->setSize(getGridSize(count_) + Vec2i(32, 64));
+        buttons_.reserve(count_);
+        int const columns = getColumns(count_);
+        for (int i = 0; i < count_; ++i) {
+            auto* const button = new gui::Button;
+            setLabel_(*button, i);
+            button->setPosition(Vec2i(i % columns * cellWidth, i / columns * cellHeight));
+            button->setSize(Vec2i(96, 20));
+            window->insertWidget(button, -1);
+            buttons_.push_back(button);
+        }
+        window->setVisible(true);
+        window_ = window;
+    }
+
+    void destroy_() {
+        if (!window_)
+            return;
+        window_->kill();
+        window_ = nullptr;
+        buttons_.clear();
+        gui::GUI::get()->processMessages();
+    }
+
+    /// Eleven characters that can be seen and a space.
+    static void setLabel_(gui::Button& button, int number) {
+        wchar_t label[16];
+        std::swprintf(label, 16, L"Label %06d", number % 1000000);
+        button.setText(label);
+    }
+
+    void change_(int index) { setLabel_(*buttons_[index], index + ++labels_ * 37); }
+
+    void changeAll_() {
+        for (int i = 0; i < count_; ++i)
+            change_(i);
+    }
+
+    void hoverNext_() {
+        Vec2i const corner = buttons_[++hovered_ % count_]->widgetToScreen(Vec2i());
+        host_.moveMouse(corner + Vec2i(48, 10));
+    }
+
+    void recordAndPlay_() {
+        vtxRenderer& renderer = *vtxRenderer::get();
+        window_->make(&list_);
+        host::CommandPlayer::doRedraw(list_);
+        Vec2i const size = getGridSize(count_) + Vec2i(64, 96);
+        {
+            osg::RectImpl<Vec2i> const all(Vec2i(), size);
+            vtxRenderer::ViewportGuard const viewport(all);
+            vtxRenderer::ClipRectGuard const clip(all);
+            vtxRenderer::ProjectionMatrixGuard projection;
+            projection.makeOrtho2D(0.0f, size.x(), size.y(), 0.0f);
+            vtxRenderer::ModelViewMatrixGuard modelView;
+            modelView.setIdentity();
+            renderer.beginDraw(vtxRenderer::TechniqueNormal);
+            renderer.getShader()->resetPositionShift();
+            renderer.getShader()->turnOnDrawQuads();
+            host::CommandPlayer::draw(list_);
+            renderer.endDraw();
+        }
+        host::CommandPlayer::release(list_);
+    }
+
+    int count_;
+    BenchHost host_;
+    gui::Window* window_ = nullptr;
+    std::vector<gui::Button*> buttons_;
+    gui::GraphicCommands list_;
+    std::vector<Operation> operations_;
+    int turn_ = 0;
+    int labels_ = 0;
+    int hovered_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<Workload> makePanel(int size) { return std::make_unique<Panel>(size); }
