@@ -209,6 +209,7 @@ void vtxPictureLibrary::followScale_() {
         makeImage_(*file, std::move(picture));
         for (auto const& [key, entry] : file->entries)
             entry->record.image = file->image.get();
+        store_.noteImageChanged();
     }
 }
 

@@ -27,7 +27,7 @@ void vtxPrimitives::drawLines(vtxGeometryRecord const& geometry, vtxGeometry::Pr
         // The next line covers a corner that two lines share, so that a translucent outline stays even.
         int const next = i + 1 < count ? i + 1 : 0;
         bool const joined = length && isSamePoint(to, vertex(first + next * step)) && !(next == 0 && count == 1);
-        vtxQuadBatcher& batcher = core_.prepareQuads(osg::Vec4f(from.r, from.g, from.b, from.a));
+        vtxQuadBatcher& batcher = core_.prepareLines(osg::Vec4f(from.r, from.g, from.b, from.a));
         if (joined && !isSamePoint(from, to)) {
             // Stop half a unit short: the next line's cap begins there.
             double const dx = to.x - from.x;

@@ -2,67 +2,26 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace {
 
-/// Halves go up, and so do what arithmetic makes of halves, so that edges computed in two ways meet.
-double roundToPixel(double value) { return std::floor(value + 0.5 + 1.0 / 128.0); }
-
-/// A texel counts as a pixel if a quad's length in texels differs from that in pixels by no more.
-constexpr double exactTolerance = 0.05;
-
 /// How far coordinates may leave 0 to 1 by rounding.
 constexpr double coordinateTolerance = 1e-5;
+
+/// Also false where a sum of finite numbers is not.
+bool isFinite(double sum) { return sum - sum == 0.0; }
+
+/// Part of the quad shows what lies outside of the picture.
+bool isOutside(vtxQuad const& quad) {
+    return std::min({quad.uMin, quad.vMin, quad.uMax, quad.vMax}) < -coordinateTolerance ||
+           std::max({quad.uMin, quad.vMin, quad.uMax, quad.vMax}) > 1.0 + coordinateTolerance;
+}
 
 bool isSameState(vtxDrawState const& a, vtxDrawState const& b) {
     return a.projection == b.projection && a.viewport == b.viewport && a.technique == b.technique &&
            a.gamma == b.gamma && a.intensity == b.intensity;
-}
-
-void snapEdges(double& from, double& to) {
-    from = roundToPixel(from);
-    to = std::max(roundToPixel(to), from + 1.0);
-}
-
-/// Keeps one texel a pixel: the origin lands on a whole pixel, and the texture shows as many texels as there are
-/// pixels. False if the quad stretches its texture.
-bool snapExact(double& from, double& to, double& coordinateFrom, double& coordinateTo, double texels) {
-    double const span = std::abs(coordinateTo - coordinateFrom) * texels;
-    if (std::abs(span - (to - from)) > exactTolerance)
-        return false;
-    double const whole = std::round(span);
-    double const start = roundToPixel(from);
-    double const length = std::max(std::abs(span - whole) <= exactTolerance ? whole : roundToPixel(to) - start, 1.0);
-    from = start;
-    to = start + length;
-    coordinateTo = coordinateFrom + std::copysign(length / texels, coordinateTo - coordinateFrom);
-    return true;
-}
-
-bool clipAxis(double& from, double& to, double& coordinateFrom, double& coordinateTo, int least, int most) {
-    if (from >= most || to <= least)
-        return false;
-    double const step = (coordinateTo - coordinateFrom) / (to - from);
-    if (to > most) {
-        coordinateTo = coordinateFrom + (most - from) * step;
-        to = most;
-    }
-    if (from < least) {
-        coordinateFrom += (least - from) * step;
-        from = least;
-    }
-    return true;
-}
-
-void clampAxis(float& least, float& most, double a, double b, double texels) {
-    double const half = 0.5 / texels;
-    double from = std::min(a, b) + half;
-    double to = std::max(a, b) - half;
-    if (to < from)
-        from = to = 0.5 * (a + b);
-    least = static_cast<float>(from);
-    most = static_cast<float>(to);
 }
 
 void markLayer(std::uint64_t (&layers)[vtxTextureStore::maxLayers / 64], int layer) {
@@ -72,22 +31,197 @@ void markLayer(std::uint64_t (&layers)[vtxTextureStore::maxLayers / 64], int lay
 }  // namespace
 
 vtxQuadBatcher::vtxQuadBatcher(vtxDevice& device, vtxTextureStore& store, vtxMisuseLog& misuse)
-    : device_(device), store_(store), misuse_(misuse) {
-    instances_.reserve(1024);
-}
+    : device_(device), store_(store), misuse_(misuse) {}
 
 void vtxQuadBatcher::setView(vtxQuadView const& view) {
-    if (!instances_.empty() && !isSameState(run_.state, view.state))
+    if (isRunOpen_() && !isSameState(run_.state, view.state))
         flush();
     view_ = view;
+    viewNumberKnown_ = false;
+}
+
+void vtxQuadBatcher::setClip(osg::RectImpl<osg::Vec2i> const& visible, bool clipped) {
+    view_.visible = visible;
+    view_.clipped = clipped;
+}
+
+void vtxQuadBatcher::setTransform(vtxQuadTransform const& transform) {
+    transform_ = transform;
+    viewNumberKnown_ = false;
+}
+
+void vtxQuadBatcher::setTranslation(double x, double y) {
+    transform_.x = x;
+    transform_.y = y;
+}
+
+// --- Blocks ---
+
+void vtxQuadBatcher::addBlock(Block const& block) {
+    skipToOwner_(block.key.owner);
+    if (keepBlock_(block))
+        return;
+    if (blocks_.getLeft() && blocks_.getNext()->owner == block.key.owner)
+        dropBlocks_(1);
+    if (!setTexture_(block.texture, block.sampler) || view_.visible.isEmpty())
+        return;
+    makeSpace_();
+    std::size_t const first = instances_.size();
+    std::size_t seen = 0;
+    odd_ = false;
+    for (int i = 0; i < block.count; ++i) {
+        osg::Vec4f const& color = block.colors[block.colorEach ? i : 0];
+        color_.set(color.r(), color.g(), color.b(), color.a() * block.opacity);
+        if (!(color_.a() > 0.0f))
+            continue;
+        ++seen;
+        addQuad_(block.quads[i]);
+    }
+    if (instances_.size() != first)
+        noteBlock_(block, first, seen);
+}
+
+void vtxQuadBatcher::skipToOwner_(std::uint32_t owner) {
+    // Those before it were not drawn this time. New ones cannot be found; others that are not found come from afar,
+    // and with them those that follow.
+    constexpr std::size_t farthest = 256;
+    std::size_t const left = blocks_.getLeft();
+    if (!left || blocks_.getNext()->owner == owner) {
+        searched_ = false;
+        return;
+    }
+    if (searched_ || !owner || owner > lastFrameOwner_)
+        return;
+    Kept const* const next = blocks_.getNext();
+    std::size_t const most = std::min(left, farthest);
+    for (std::size_t i = 1; i < most; ++i) {
+        if (next[i].owner == owner) {
+            dropBlocks_(i);
+            return;
+        }
+    }
+    searched_ = true;
+}
+
+void vtxQuadBatcher::dropBlocks_(std::size_t count) {
+    std::size_t instances = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        instances += blocks_.getNext()[i].instances;
+    instances_.drop(instances);
+    blocks_.drop(count);
+}
+
+bool vtxQuadBatcher::keepBlock_(Block const& block) {
+    if (!block.key.content || !blocks_.getLeft())
+        return false;
+    Kept const kept = *blocks_.getNext();
+    bool const unchanged = kept.content == block.key.content && kept.x == transform_.x && kept.y == transform_.y &&
+                           kept.visible == view_.visible && kept.view == getViewNumber_() &&
+                           kept.quads == block.count && kept.sampler == block.sampler &&
+                           kept.pageChanges == store_.getPageChanges();
+    if (!unchanged || !hasSameColors_(block, kept) || (isRunOpen_() && run_.state.scissorEnabled))
+        return false;
+    if (!kept.plain) {
+        bool const glyphs = kept.place == vtxImagePlace::GlyphPage;
+        if (store_.hasUploads(glyphs ? vtxTextureStore::Pages::Glyph : vtxTextureStore::Pages::Picture))
+            return false;
+        if (!isRunOpen_())
+            openRun_(false);
+        markLayer(glyphs ? usedGlyphLayers_ : usedPictureLayers_, kept.layer);
+    } else if (!isRunOpen_()) {
+        openRun_(false);
+    }
+    instances_.keep(kept.instances);
+    blocks_.keep(1);
+    return true;
+}
+
+bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept) {
+    vtxQuadInstance const* instance = instances_.getNext();
+    auto const isSame = [&](osg::Vec4f const& color) {
+        if (block.opacity == 1.0f)
+            return std::memcmp(&instance->r, color.ptr(), sizeof(color)) == 0;
+        return instance->r == color.r() && instance->g == color.g() && instance->b == color.b() &&
+               instance->a == color.a() * block.opacity;
+    };
+    if (block.colorEach != kept.colorEach)
+        return false;
+    if (!block.colorEach)
+        return isSame(block.colors[0]);
+    vtxQuadInstance const* const end = instance + kept.instances;
+    for (int i = 0; i < block.count; ++i) {
+        if (!(block.colors[i].a() * block.opacity > 0.0f))
+            continue;
+        if (instance == end || !isSame(block.colors[i]))
+            return false;
+        ++instance;
+    }
+    return instance == end;
+}
+
+void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size_t seen) {
+    std::size_t const instances = instances_.size() - first;
+    // Lone textures have their slots by run, and the colours of instances are compared one by one.
+    bool const paged = binding_.plain || binding_.place != vtxImagePlace::Alone;
+    bool const comparable = !block.colorEach || instances == seen;
+    std::uint32_t const view = paged && comparable && !odd_ ? getViewNumber_() : 0;
+    newestOwner_ = std::max(newestOwner_, block.key.owner);
+    Kept& kept = blocks_.append();
+    kept.content = view ? block.key.content : 0;
+    kept.owner = block.key.owner;
+    kept.view = view;
+    kept.x = transform_.x;
+    kept.y = transform_.y;
+    kept.visible = view_.visible;
+    kept.pageChanges = store_.getPageChanges();
+    kept.quads = block.count;
+    kept.instances = static_cast<std::uint32_t>(instances);
+    kept.sampler = static_cast<std::int16_t>(block.sampler);
+    kept.layer = static_cast<std::int16_t>(binding_.layer);
+    kept.place = binding_.place;
+    kept.plain = binding_.plain;
+    kept.colorEach = block.colorEach;
+}
+
+std::uint32_t vtxQuadBatcher::findViewNumber_() {
+    constexpr std::size_t mostViews = 16;
+    viewNumberKnown_ = true;
+    viewNumber_ = 0;
+    vtxQuadTransform const& t = transform_;
+    bool const moves = t.xx == 1.0 && t.yy == 1.0 && t.xy == 0.0 && t.yx == 0.0 && t.shiftX == 0.0 && t.shiftY == 0.0;
+    if (!moves || !view_.aligned)
+        return 0;
+    for (NumberedView const& known : views_) {
+        if (known.scale == t.scale && isSameState(known.state, view_.state))
+            return viewNumber_ = known.number;
+    }
+    if (views_.size() == mostViews)
+        views_.clear();
+    views_.push_back(NumberedView{view_.state, t.scale, ++lastViewNumber_});
+    return viewNumber_ = lastViewNumber_;
+}
+
+void vtxQuadBatcher::beginFrame() {
+    lastFrameSize_ = instances_.size();
+    instances_.restart();
+    blocks_.restart();
+    runStart_ = 0;
+    searched_ = false;
+    lastFrameOwner_ = newestOwner_;
+}
+
+void vtxQuadBatcher::limitFrame() {
+    constexpr std::size_t least = 1 << 16;
+    if (instances_.size() > std::max(2 * lastFrameSize_, least))
+        beginFrame();
 }
 
 // --- Textures ---
 
-bool vtxQuadBatcher::setTexture(vtxTexture const* texture, int sampler) {
+bool vtxQuadBatcher::setTexture_(vtxTexture const* texture, int sampler) {
     image_ = nullptr;
     if (!texture) {
-        binding_ = Binding();
+        binding_ = Binding{&noLayers_};
         return true;
     }
     if (!store_.isAlive(texture)) {
@@ -105,15 +239,15 @@ bool vtxQuadBatcher::bindAlone_(vtxTextureImage& image, int sampler) {
         misuse_.report(vtxMisuse::TargetIntoItself, "quads");
         return false;
     }
-    binding_ = Binding();
+    binding_ = Binding{&noLayers_};
     binding_.plain = false;
     binding_.alone = store_.getAlone(image);
     binding_.sampler = sampler;
-    binding_.scaleU = image.usedU;
-    binding_.scaleV = image.usedV;
-    binding_.texelsU = std::max(image.size.x(), 1);
-    binding_.texelsV = std::max(image.size.y(), 1);
+    binding_.scale = vtxPair{image.usedU, image.usedV};
+    binding_.texels = vtxPair{double(std::max(image.size.x(), 1)), double(std::max(image.size.y(), 1))};
+    binding_.halfTexel = 0.5 / binding_.texels;
     binding_.exact = image.target;
+    binding_.endless = sampler == 3;
     return binding_.alone != 0;
 }
 
@@ -121,57 +255,85 @@ bool vtxQuadBatcher::bindPage_(vtxTextureImage const& image, int sampler) {
     bool const glyphs = image.place == vtxImagePlace::GlyphPage;
     auto const pages = glyphs ? vtxTextureStore::Pages::Glyph : vtxTextureStore::Pages::Picture;
     if (store_.hasUploads(pages)) {
-        if (!instances_.empty() && store_.isUploadInto(pages, glyphs ? usedGlyphLayers_ : usedPictureLayers_))
+        if (isRunOpen_() && store_.isUploadInto(pages, glyphs ? usedGlyphLayers_ : usedPictureLayers_))
             flush();
         uploads_ += static_cast<unsigned>(store_.flushUploads(pages));
     }
     double const side = glyphs ? vtxTextureStore::glyphPageSide : vtxTextureStore::picturePageSide;
-    binding_ = Binding();
+    binding_ = Binding{&noLayers_};
     binding_.plain = false;
     binding_.place = image.place;
     binding_.sampler = sampler;
     binding_.layer = image.layer;
-    binding_.scaleU = image.size.x() / side;
-    binding_.scaleV = image.size.y() / side;
-    binding_.offsetU = image.origin.x() / side;
-    binding_.offsetV = image.origin.y() / side;
-    binding_.texelsU = binding_.texelsV = side;
+    binding_.scale = vtxPair{image.size.x() / side, image.size.y() / side};
+    binding_.offset = vtxPair{image.origin.x() / side, image.origin.y() / side};
+    binding_.texels = vtxPairs::both(side);
+    binding_.halfTexel = 0.5 / binding_.texels;
     binding_.exact = glyphs;
+    binding_.page = !glyphs;
+    if (glyphs)
+        binding_.source = vtxQuadSource::Glyph;
+    else
+        binding_.source = sampler == 1 ? vtxQuadSource::PictureNearest : vtxQuadSource::PictureLinear;
+    binding_.usedLayers = &(glyphs ? usedGlyphLayers_ : usedPictureLayers_)[image.layer / 64];
+    binding_.layerBit = std::uint64_t(1) << (image.layer % 64);
     return store_.getArray(pages) != 0;
 }
 
 // --- Quads ---
 
-void vtxQuadBatcher::addQuad(Quad const& quad) {
-    if (!(color_.a() > 0.0f) || view_.visible.isEmpty())
-        return;
-    if (!std::isfinite(quad.x + quad.y + quad.w + quad.h + quad.uMin + quad.vMin + quad.uMax + quad.vMax)) {
-        misuse_.report(vtxMisuse::BadNumber, "quads");
-        return;
-    }
-    bool const outside = std::min({quad.uMin, quad.vMin, quad.uMax, quad.vMax}) < -coordinateTolerance ||
-                         std::max({quad.uMin, quad.vMin, quad.uMax, quad.vMax}) > 1.0 + coordinateTolerance;
-    if (outside && !binding_.plain && binding_.place == vtxImagePlace::PicturePage) {
-        Binding const paged = binding_;
-        if (bindAlone_(*image_, paged.sampler))
-            addQuad(quad);
-        binding_ = paged;
+void vtxQuadBatcher::addQuad_(vtxQuad const& quad) {
+    vtxFloats const place = vtxPairs::load(&quad.x);
+    vtxFloats const picture = vtxPairs::load(&quad.uMin);
+    vtxFloats const nothing = (place - place) + (picture - picture);
+    vtxPair const zero = vtxPairs::first(nothing) + vtxPairs::last(nothing);
+    if (!vtxPairs::all(zero == vtxPairs::both(0.0))) {
+        reportBadNumber_();
         return;
     }
-    Coordinates const coordinates = mapToLayer_(quad);
-    if (view_.aligned && transform_.upright) {
-        addUpright_(quad, coordinates);
+    if (!binding_.page || !isOutside(quad)) {
+        addAny_(quad);
         return;
     }
-    double const x = quad.x * transform_.scale + transform_.shiftX;
-    double const y = quad.y * transform_.scale + transform_.shiftY;
-    double const w = quad.w * transform_.scale;
-    double const h = quad.h * transform_.scale;
-    double const corner[2] = {x * transform_.xx + y * transform_.yx + transform_.x,
-                              x * transform_.xy + y * transform_.yy + transform_.y};
-    double const edgeU[2] = {w * transform_.xx, w * transform_.xy};
-    double const edgeV[2] = {h * transform_.yx, h * transform_.yy};
-    addTurned_(corner, edgeU, edgeV, coordinates);
+    odd_ = true;
+    Binding const page = binding_;
+    if (bindAlone_(*image_, page.sampler)) {
+        makeSpace_();
+        addAny_(quad);
+    }
+    binding_ = page;
+    makeSpace_();
+}
+
+void vtxQuadBatcher::reportBadNumber_() {
+    odd_ = true;
+    misuse_.report(vtxMisuse::BadNumber, "quads");
+}
+
+void vtxQuadBatcher::addAny_(vtxQuad const& quad) {
+    vtxFloats const place = vtxPairs::load(&quad.x);
+    vtxFloats const picture = vtxPairs::load(&quad.uMin);
+    vtxPair const position = vtxPairs::first(place);
+    vtxPair const size = vtxPairs::last(place);
+    Coordinates const coordinates{vtxPairs::first(picture), vtxPairs::last(picture)};
+    if (view_.aligned && transform_.upright)
+        addUpright_(position, size, coordinates);
+    else
+        addStretched_(position, size, coordinates);
+}
+
+void vtxQuadBatcher::addStretched_(vtxPair position, vtxPair size, Coordinates const& coordinates) {
+    vtxQuadTransform const& t = transform_;
+    double const x = position[0] * t.scale + t.shiftX;
+    double const y = position[1] * t.scale + t.shiftY;
+    double const w = size[0] * t.scale;
+    double const h = size[1] * t.scale;
+    double const corner[2] = {x * t.xx + y * t.yx + t.x, x * t.xy + y * t.yy + t.y};
+    double const edgeU[2] = {w * t.xx, w * t.xy};
+    double const edgeV[2] = {h * t.yx, h * t.yy};
+    addTurned_(corner, edgeU, edgeV,
+               Coordinates{coordinates.from * binding_.scale + binding_.offset,
+                           coordinates.to * binding_.scale + binding_.offset});
 }
 
 void vtxQuadBatcher::addLine(Line const& line) {
@@ -185,15 +347,26 @@ void vtxQuadBatcher::addLine(Line const& line) {
     double const whole = length + begin + (line.capEnd ? half : 0.0);
     double const x = line.x1 - nx * begin + ny * half;
     double const y = line.y1 - ny * begin - nx * half;
-    binding_ = Binding();
+    if (!(color_.a() > 0.0f) || view_.visible.isEmpty())
+        return;
+    if (!isFinite(x + y + whole + line.width)) {
+        reportBadNumber_();
+        return;
+    }
+    binding_ = Binding{&noLayers_};
+    Coordinates const none{{0.0, 0.0}, {0.0, 0.0}};
     if (nx == 0.0 || ny == 0.0) {
         double const x2 = x + nx * whole - ny * line.width;
         double const y2 = y + ny * whole + nx * line.width;
-        addQuad(Quad{std::min(x, x2), std::min(y, y2), std::abs(x2 - x), std::abs(y2 - y), 0, 0, 0, 0});
+        vtxPair const position{std::min(x, x2), std::min(y, y2)};
+        vtxPair const size{std::abs(x2 - x), std::abs(y2 - y)};
+        makeSpace_();
+        if (view_.aligned && transform_.upright)
+            addUpright_(position, size, none);
+        else
+            addStretched_(position, size, none);
         return;
     }
-    if (!(color_.a() > 0.0f) || view_.visible.isEmpty())
-        return;
     vtxQuadTransform const& t = transform_;
     auto const turn = [&](double vx, double vy, double(&result)[2]) {
         result[0] = (vx * t.xx + vy * t.yx) * t.scale;
@@ -205,57 +378,49 @@ void vtxQuadBatcher::addLine(Line const& line) {
     corner[1] += t.y;
     turn(nx * whole, ny * whole, edgeU);
     turn(-ny * line.width, nx * line.width, edgeV);
-    addTurned_(corner, edgeU, edgeV, Coordinates{0, 0, 0, 0});
+    addTurned_(corner, edgeU, edgeV, none);
 }
 
-vtxQuadBatcher::Coordinates vtxQuadBatcher::mapToLayer_(Quad const& quad) const {
-    return Coordinates{quad.uMin * binding_.scaleU + binding_.offsetU, quad.vMin * binding_.scaleV + binding_.offsetV,
-                       quad.uMax * binding_.scaleU + binding_.offsetU, quad.vMax * binding_.scaleV + binding_.offsetV};
-}
-
-void vtxQuadBatcher::addUpright_(Quad const& quad, Coordinates coordinates) {
+void vtxQuadBatcher::makeSpace_() {
     vtxQuadTransform const& t = transform_;
-    Box box;
-    box.left = (quad.x * t.scale + t.shiftX) * t.xx + t.x;
-    box.top = (quad.y * t.scale + t.shiftY) * t.yy + t.y;
-    box.right = box.left + quad.w * t.scale * t.xx;
-    box.bottom = box.top + quad.h * t.scale * t.yy;
-    if (!std::isfinite(box.left + box.top + box.right + box.bottom)) {
-        misuse_.report(vtxMisuse::BadNumber, "quads");
+    space_.scale = vtxPairs::both(t.scale);
+    space_.shift = vtxPair{t.shiftX, t.shiftY};
+    space_.stretch = vtxPair{t.xx, t.yy};
+    space_.place = vtxPair{t.x, t.y};
+    space_.viewScale = vtxPair{view_.scaleX, view_.scaleY};
+    space_.viewOffset = vtxPair{view_.offsetX, view_.offsetY};
+    space_.visibleFrom = vtxPair{double(view_.visible.x1), double(view_.visible.y1)};
+    space_.visibleTo = vtxPair{double(view_.visible.x2), double(view_.visible.y2)};
+    space_.coordinateScale = binding_.scale;
+    space_.coordinateOffset = binding_.offset;
+    space_.texels = binding_.texels;
+    space_.snapped = t.translation;
+    space_.exact = binding_.exact;
+    space_.glyphs = binding_.place == vtxImagePlace::GlyphPage;
+}
+
+void vtxQuadBatcher::addUpright_(vtxPair position, vtxPair size, Coordinates const& coordinates) {
+    vtxUprightQuad quad;
+    auto const result = quad.make(space_, position, size, coordinates.from, coordinates.to);
+    if (result != vtxUprightQuad::Seen) {
+        if (result == vtxUprightQuad::NotFinite)
+            reportBadNumber_();
         return;
     }
-    box.left = box.left * view_.scaleX + view_.offsetX;
-    box.right = box.right * view_.scaleX + view_.offsetX;
-    box.top = box.top * view_.scaleY + view_.offsetY;
-    box.bottom = box.bottom * view_.scaleY + view_.offsetY;
-    if (box.right < box.left) {
-        std::swap(box.left, box.right);
-        std::swap(coordinates.uMin, coordinates.uMax);
-    }
-    if (box.bottom < box.top) {
-        std::swap(box.top, box.bottom);
-        std::swap(coordinates.vMin, coordinates.vMax);
-    }
-    if (!(box.left < box.right && box.top < box.bottom))
-        return;
-    if (t.translation)
-        snap_(box, coordinates);
-    Coordinates const whole = coordinates;
-    if (!clip_(box, coordinates))
-        return;
-    vtxQuadInstance& instance = append_(box, false);
-    instance.x = static_cast<float>((box.left - view_.offsetX) / view_.scaleX);
-    instance.y = static_cast<float>((box.top - view_.offsetY) / view_.scaleY);
-    instance.ux = static_cast<float>((box.right - box.left) / view_.scaleX);
-    instance.vy = static_cast<float>((box.bottom - box.top) / view_.scaleY);
-    instance.uy = instance.vx = 0.0f;
-    fillInstance_(instance, coordinates, whole);
+    vtxQuadInstance& instance = append_(Box{quad.from[0], quad.from[1], quad.to[0], quad.to[1]}, false);
+    vtxPair const corner = (quad.from - space_.viewOffset) / space_.viewScale;
+    vtxPair const edges = (quad.to - quad.from) / space_.viewScale;
+    vtxPairs::store(&instance.x, vtxPairs::join(corner, vtxPair{edges[0], 0.0}));
+    instance.vx = 0.0f;
+    instance.vy = static_cast<float>(edges[1]);
+    fillInstance_(instance, Coordinates{quad.coordinateFrom, quad.coordinateTo},
+                  Coordinates{quad.wholeCoordinateFrom, quad.wholeCoordinateTo});
 }
 
 void vtxQuadBatcher::addTurned_(double const (&corner)[2], double const (&edgeU)[2], double const (&edgeV)[2],
                                 Coordinates const& coordinates) {
     if (!std::isfinite(corner[0] + corner[1] + edgeU[0] + edgeU[1] + edgeV[0] + edgeV[1])) {
-        misuse_.report(vtxMisuse::BadNumber, "quads");
+        reportBadNumber_();
         return;
     }
     constexpr double everywhere = std::numeric_limits<double>::infinity();
@@ -284,63 +449,27 @@ void vtxQuadBatcher::addTurned_(double const (&corner)[2], double const (&edgeU)
     fillInstance_(instance, coordinates, coordinates);
 }
 
-void vtxQuadBatcher::snap_(Box& box, Coordinates& coordinates) const {
-    Box exact = box;
-    Coordinates shown = coordinates;
-    if (binding_.exact && snapExact(exact.left, exact.right, shown.uMin, shown.uMax, binding_.texelsU) &&
-        snapExact(exact.top, exact.bottom, shown.vMin, shown.vMax, binding_.texelsV)) {
-        box = exact;
-        coordinates = shown;
-    } else if (binding_.place != vtxImagePlace::GlyphPage) {
-        snapEdges(box.left, box.right);
-        snapEdges(box.top, box.bottom);
-    }
-}
-
-bool vtxQuadBatcher::clip_(Box& box, Coordinates& coordinates) const {
-    osg::RectImpl<osg::Vec2i> const& visible = view_.visible;
-    return clipAxis(box.left, box.right, coordinates.uMin, coordinates.uMax, visible.x1, visible.x2) &&
-           clipAxis(box.top, box.bottom, coordinates.vMin, coordinates.vMax, visible.y1, visible.y2);
-}
-
 void vtxQuadBatcher::fillInstance_(vtxQuadInstance& instance, Coordinates const& shown, Coordinates const& whole) {
-    instance.r = color_.r();
-    instance.g = color_.g();
-    instance.b = color_.b();
-    instance.a = color_.a();
-    instance.layer = 0;
+    vtxPairs::store(&instance.r, vtxPairs::load(color_.ptr()));
+    instance.source = binding_.source;
+    instance.layer = static_cast<std::uint32_t>(binding_.layer);
+    *binding_.usedLayers |= binding_.layerBit;
     if (binding_.plain) {
-        instance.uMin = instance.vMin = instance.uMax = instance.vMax = 0.0f;
-        instance.clampUMin = instance.clampVMin = instance.clampUMax = instance.clampVMax = 0.0f;
-        instance.source = vtxQuadSource::Plain;
+        vtxPairs::store(&instance.uMin, vtxFloats{});
+        vtxPairs::store(&instance.clampUMin, vtxFloats{});
         return;
     }
-    instance.uMin = static_cast<float>(shown.uMin);
-    instance.vMin = static_cast<float>(shown.vMin);
-    instance.uMax = static_cast<float>(shown.uMax);
-    instance.vMax = static_cast<float>(shown.vMax);
-    if (binding_.place == vtxImagePlace::Alone && binding_.sampler == 3) {
+    vtxPairs::store(&instance.uMin, vtxPairs::join(shown.from, shown.to));
+    if (binding_.endless) {
         constexpr float far = 1e6f;
-        instance.clampUMin = instance.clampVMin = -far;
-        instance.clampUMax = instance.clampVMax = far;
-    } else {
-        clampAxis(instance.clampUMin, instance.clampUMax, whole.uMin, whole.uMax, binding_.texelsU);
-        clampAxis(instance.clampVMin, instance.clampVMax, whole.vMin, whole.vMax, binding_.texelsV);
+        vtxPairs::store(&instance.clampUMin, vtxFloats{-far, -far, far, far});
+        return;
     }
-    switch (binding_.place) {
-        case vtxImagePlace::Alone:
-            instance.source = vtxQuadSource::Lone + static_cast<std::uint32_t>(slot_);
-            return;
-        case vtxImagePlace::PicturePage:
-            instance.source = binding_.sampler == 1 ? vtxQuadSource::PictureNearest : vtxQuadSource::PictureLinear;
-            markLayer(usedPictureLayers_, binding_.layer);
-            break;
-        case vtxImagePlace::GlyphPage:
-            instance.source = vtxQuadSource::Glyph;
-            markLayer(usedGlyphLayers_, binding_.layer);
-            break;
-    }
-    instance.layer = static_cast<std::uint32_t>(binding_.layer);
+    vtxPair const least = vtxPairs::min(whole.from, whole.to) + binding_.halfTexel;
+    vtxPair const most = vtxPairs::max(whole.from, whole.to) - binding_.halfTexel;
+    // A texel wide or less: its middle.
+    vtxPair const middle = 0.5 * (whole.from + whole.to);
+    vtxPairs::store(&instance.clampUMin, vtxPairs::join(most < least ? middle : least, most < least ? middle : most));
 }
 
 // --- Runs ---
@@ -361,38 +490,51 @@ bool vtxQuadBatcher::fitsRun_(Box const& box, bool needsScissor) const {
                                      box.right <= state.scissor.x2 && box.bottom <= state.scissor.y2);
 }
 
+void vtxQuadBatcher::openRun_(bool scissor) {
+    run_.state = view_.state;
+    run_.state.scissorEnabled = scissor;
+    if (scissor)
+        run_.state.scissor = view_.visible;
+}
+
 vtxQuadInstance& vtxQuadBatcher::append_(Box const& box, bool needsScissor) {
-    bool const alone = !binding_.plain && binding_.place == vtxImagePlace::Alone;
-    if (!instances_.empty() && (!fitsRun_(box, needsScissor) || (alone && findSlot_() == vtxQuadSource::LoneCount)))
-        flush();
-    if (instances_.empty()) {
-        run_.state = view_.state;
-        run_.state.scissorEnabled = needsScissor;
-        if (needsScissor)
-            run_.state.scissor = view_.visible;
+    if (binding_.alone || needsScissor || run_.state.scissorEnabled) {
+        if (isRunOpen_() &&
+            (!fitsRun_(box, needsScissor) || (binding_.alone && findSlot_() == vtxQuadSource::LoneCount)))
+            flush();
+        if (!isRunOpen_())
+            openRun_(needsScissor);
+        if (binding_.alone)
+            bindSlot_();
+    } else if (!isRunOpen_()) {
+        openRun_(false);
     }
-    if (alone) {
-        slot_ = findSlot_();
-        if (slot_ == run_.loneCount)
-            run_.lone[run_.loneCount++] = vtxQuadRun::LoneTexture{binding_.alone, binding_.sampler};
-    }
-    return instances_.emplace_back();
+    ++made_;
+    return instances_.append();
+}
+
+void vtxQuadBatcher::bindSlot_() {
+    int const slot = findSlot_();
+    if (slot == run_.loneCount)
+        run_.lone[run_.loneCount++] = vtxQuadRun::LoneTexture{binding_.alone, binding_.sampler};
+    binding_.source = vtxQuadSource::Lone + static_cast<std::uint32_t>(slot);
 }
 
 void vtxQuadBatcher::flush() {
-    if (instances_.empty())
+    if (!isRunOpen_())
         return;
     auto const isUsed = [](std::uint64_t layers) { return layers != 0; };
     bool const pictures = std::any_of(std::begin(usedPictureLayers_), std::end(usedPictureLayers_), isUsed);
     bool const glyphs = std::any_of(std::begin(usedGlyphLayers_), std::end(usedGlyphLayers_), isUsed);
-    run_.instances = instances_.data();
-    run_.count = instances_.size();
+    run_.instances = instances_.data() + runStart_;
+    run_.count = instances_.size() - runStart_;
     run_.picturePages = pictures ? store_.getArray(vtxTextureStore::Pages::Picture) : 0;
     run_.glyphPages = glyphs ? store_.getArray(vtxTextureStore::Pages::Glyph) : 0;
     device_.drawQuads(run_);
     ++runs_;
-    quads_ += static_cast<unsigned>(instances_.size());
-    instances_.clear();
+    quads_ += static_cast<unsigned>(run_.count);
+    runStart_ = instances_.size();
+    run_.state.scissorEnabled = false;
     run_.loneCount = 0;
     std::fill(std::begin(usedPictureLayers_), std::end(usedPictureLayers_), 0);
     std::fill(std::begin(usedGlyphLayers_), std::end(usedGlyphLayers_), 0);

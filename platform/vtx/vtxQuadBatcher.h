@@ -3,32 +3,48 @@
 #include "platform/osg/RectImpl.h"
 #include "platform/qor/Containers.h"
 #include "platform/vtx/vtxDevice.h"
+#include "platform/vtx/vtxGapBuffer.h"
 #include "platform/vtx/vtxMisuse.h"
+#include "platform/vtx/vtxQuad.h"
 #include "platform/vtx/vtxQuadView.h"
 #include "platform/vtx/vtxTextureStore.h"
+#include "platform/vtx/vtxUprightQuad.h"
 
 #include <osg/Vec4f>
 
 /// Internal: turns quads into instances, clipped and culled on the processor, and sends them to the device in runs that
 /// are as long as can be. A run ends when a quad does not fit its state, its lone textures or its scissor, when a
 /// picture goes into a page that it shows, or at `flush`.
+/// The instances of a frame stay where they are, and so does what is known of each block of quads: what content it was,
+/// where and through what clip it was drawn. A block that comes again in its turn and has not changed costs a
+/// comparison; all others are made anew.
 class vtxQuadBatcher {
 public:
     vtxQuadBatcher(vtxDevice& device, vtxTextureStore& store, vtxMisuseLog& misuse);
 
     /// For the quads that follow.
     void setView(vtxQuadView const& view);
-    void setTransform(vtxQuadTransform const& transform) { transform_ = transform; }
+    /// The view as it is, through another clip.
+    void setClip(osg::RectImpl<osg::Vec2i> const& visible, bool clipped);
+    void setTransform(vtxQuadTransform const& transform);
+    vtxQuadTransform const& getTransform() const { return transform_; }
+    /// The transform as it is, to another place.
+    void setTranslation(double x, double y);
     /// Straight colour with the opacity in it.
     void setColor(osg::Vec4f const& color) { color_ = color; }
-    /// False if the texture cannot be drawn. Null means colour only.
-    bool setTexture(vtxTexture const* texture, int sampler);
-
-    struct Quad {
-        double x, y, w, h;              ///< GUI units
-        double uMin, vMin, uMax, vMax;  ///< of the picture file
+    struct Block {
+        vtxQuadKey key;
+        vtxQuad const* quads;
+        int count;
+        /// Null means colour only.
+        vtxTexture const* texture;
+        int sampler;
+        /// One each, or the same for all; straight, without the opacity.
+        osg::Vec4f const* colors;
+        bool colorEach;
+        float opacity;
     };
-    void addQuad(Quad const& quad);
+    void addBlock(Block const& block);
     /// A line of colour only, `width` wide, GUI units; half the width more at each end that is marked.
     struct Line {
         double x1, y1, x2, y2, width;
@@ -38,46 +54,102 @@ public:
 
     /// Sends what is queued.
     void flush();
+    /// What comes is compared with what was drawn since the last call. Between frames, with nothing queued.
+    void beginFrame();
+    /// Begins a frame where nobody has for long, so that what is kept has an end.
+    void limitFrame();
 
     unsigned getRunCount() const { return runs_; }
     unsigned getQuadCount() const { return quads_; }
+    unsigned getMadeCount() const { return made_; }
     unsigned getUploadCount() const { return uploads_; }
-    void resetCounts() { runs_ = quads_ = uploads_ = 0; }
+    void resetCounts() { runs_ = quads_ = made_ = uploads_ = 0; }
     void addUploads(int count) { uploads_ += static_cast<unsigned>(count); }
 
 private:
+    /// What is known of a block that was turned into instances.
+    struct Kept {
+        std::uint64_t content;
+        std::uint32_t owner;
+        std::uint32_t view;  ///< number of the view; 0 for a block that cannot be kept
+        double x, y;
+        osg::RectImpl<osg::Vec2i> visible;
+        std::uint32_t pageChanges;
+        std::int32_t quads;
+        std::uint32_t instances;
+        std::int16_t sampler;
+        std::int16_t layer;
+        vtxImagePlace place;
+        bool plain;
+        bool colorEach;
+    };
+    /// What instances depend on besides content, place and clip. Only translations have a number.
+    struct NumberedView {
+        vtxDrawState state;
+        double scale;
+        std::uint32_t number;
+    };
     /// Where a texture's coordinates lead.
     struct Binding {
+        std::uint64_t* usedLayers;  ///< marks for the open run
+        std::uint64_t layerBit = 0;
+        std::uint32_t source = vtxQuadSource::Plain;
         vtxImagePlace place = vtxImagePlace::Alone;
         vtxDeviceHandle alone = 0;
         int sampler = 0;
         int layer = 0;
-        double scaleU = 1.0, scaleV = 1.0, offsetU = 0.0, offsetV = 0.0;  ///< from the file's 0 to 1 to the layer's
-        double texelsU = 1.0, texelsV = 1.0;                              ///< of the whole layer
+        vtxPair scale = {1.0, 1.0}, offset = {0.0, 0.0};  ///< from the file's 0 to 1 to the layer's
+        vtxPair texels = {1.0, 1.0};                      ///< of the whole layer
+        vtxPair halfTexel = {0.5, 0.5};
         bool exact = false;  ///< glyphs and targets: a texel is to be a pixel where nothing stretches it
         bool plain = true;
+        bool page = false;     ///< of pictures
+        bool endless = false;  ///< samples may lie anywhere
     };
     struct Box {
         double left, top, right, bottom;
     };
     struct Coordinates {
-        double uMin, vMin, uMax, vMax;
+        vtxPair from, to;
     };
 
+    // --- Blocks of the frame before ---
+    /// Drops blocks of the frame before until one of this owner comes, if one does soon.
+    void skipToOwner_(std::uint32_t owner);
+    void dropBlocks_(std::size_t count);
+    /// The next block of the frame before as it stands, if that is this one and nothing has changed.
+    bool keepBlock_(Block const& block);
+    bool hasSameColors_(Block const& block, Kept const& kept);
+    /// `seen` is the number of quads that are not transparent.
+    void noteBlock_(Block const& block, std::size_t first, std::size_t seen);
+    /// The number under which the view in force is known, 0 if blocks cannot be kept in it.
+    std::uint32_t getViewNumber_() { return viewNumberKnown_ ? viewNumber_ : findViewNumber_(); }
+    std::uint32_t findViewNumber_();
+
+    /// False if the texture cannot be drawn.
+    bool setTexture_(vtxTexture const* texture, int sampler);
     bool bindAlone_(vtxTextureImage& image, int sampler);
     bool bindPage_(vtxTextureImage const& image, int sampler);
-    void addUpright_(Quad const& quad, Coordinates coordinates);
+    void addQuad_(vtxQuad const& quad);
+    void addAny_(vtxQuad const& quad);
+    /// GUI units; coordinates of the picture.
+    void addUpright_(vtxPair position, vtxPair size, Coordinates const& coordinates);
+    void addStretched_(vtxPair position, vtxPair size, Coordinates const& coordinates);
+    /// For the transform, the view and the binding in force.
+    void makeSpace_();
     void addTurned_(double const (&corner)[2], double const (&edgeU)[2], double const (&edgeV)[2],
                     Coordinates const& coordinates);
-    Coordinates mapToLayer_(Quad const& quad) const;
-    void snap_(Box& box, Coordinates& coordinates) const;
-    bool clip_(Box& box, Coordinates& coordinates) const;
+    void reportBadNumber_();
     /// Texture, colour and source; `whole` is the rectangle before clipping.
     void fillInstance_(vtxQuadInstance& instance, Coordinates const& shown, Coordinates const& whole);
+    bool isRunOpen_() const { return instances_.size() != runStart_; }
+    void openRun_(bool scissor);
     /// Makes the open run fit what comes next and gives its instance; `box` in pixels of the target.
     vtxQuadInstance& append_(Box const& box, bool needsScissor);
     bool fitsRun_(Box const& box, bool needsScissor) const;
     int findSlot_() const;
+    /// Gives the texture of the binding its place in the run.
+    void bindSlot_();
 
     vtxDevice& device_;
     vtxTextureStore& store_;
@@ -86,15 +158,28 @@ private:
     vtxQuadView view_;
     vtxQuadTransform transform_;
     osg::Vec4f color_{1.0f, 1.0f, 1.0f, 1.0f};
-    Binding binding_;
+    std::uint64_t noLayers_ = 0;
+    Binding binding_{&noLayers_};
+    vtxUprightSpace space_;
     vtxTextureImage* image_ = nullptr;
 
     vtxQuadRun run_;
-    int slot_ = 0;
-    qor::vector<vtxQuadInstance> instances_;
+    vtxGapBuffer<vtxQuadInstance> instances_;
+    std::size_t runStart_ = 0;  ///< first instance of the open run
+    vtxGapBuffer<Kept> blocks_;
+    bool odd_ = false;       ///< a quad of the block was refused, or is drawn otherwise than the others
+    bool searched_ = false;  ///< the next block of the frame before was looked for and not found
+    std::size_t lastFrameSize_ = 0;
+    std::uint32_t newestOwner_ = 0;     ///< greatest number of an owner that was drawn
+    std::uint32_t lastFrameOwner_ = 0;  ///< the same when the frame began
+    qor::vector<NumberedView> views_;
+    std::uint32_t viewNumber_ = 0;
+    bool viewNumberKnown_ = false;
+    std::uint32_t lastViewNumber_ = 0;
     std::uint64_t usedPictureLayers_[vtxTextureStore::maxLayers / 64] = {};
     std::uint64_t usedGlyphLayers_[vtxTextureStore::maxLayers / 64] = {};
     unsigned runs_ = 0;
     unsigned quads_ = 0;
+    unsigned made_ = 0;
     unsigned uploads_ = 0;
 };

@@ -27,6 +27,8 @@ struct vtxQuadView {
 /// Internal: from GUI units to the space that the projection maps.
 struct vtxQuadTransform {
     static vtxQuadTransform make(vtxDrawSettings const& settings, float scale);
+    /// Whether `make` would differ from this in its place at most.
+    bool differsByTranslation(vtxDrawSettings const& settings, float scale) const;
 
     double scale = 1.0;
     double shiftX = 0.0, shiftY = 0.0;

@@ -36,6 +36,7 @@ public:
     struct Counters {
         unsigned runs = 0;           ///< draw calls for quads
         unsigned quads = 0;          ///< quads in them, after culling
+        unsigned madeQuads = 0;      ///< those of them that did not stay as they were in the frame before
         unsigned geometryDraws = 0;  ///< geometry, circles, bars and effects
         unsigned targets = 0;        ///< times that a frame buffer was rendered
         unsigned uploads = 0;        ///< pictures, glyphs and geometry sent

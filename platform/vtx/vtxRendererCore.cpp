@@ -109,6 +109,7 @@ vtxRenderer::Counters vtxRendererCore::getCounters() {
     Counters counters;
     counters.runs = batcher_.getRunCount();
     counters.quads = batcher_.getQuadCount();
+    counters.madeQuads = batcher_.getMadeCount();
     counters.geometryDraws = directDraws_;
     counters.targets = targetCount_;
     counters.uploads = batcher_.getUploadCount() + store_.getAloneUploads() + geometryUploads_;
@@ -126,6 +127,7 @@ void vtxRendererCore::resetCounters() {
 void vtxRendererCore::enterDevice_() {
     if (deviceDepth_++)
         return;
+    batcher_.limitFrame();
     device_->openPass();
     hostSize_ = device_->getHostSize();
     viewDirty_ = true;
@@ -244,6 +246,8 @@ void vtxRendererCore::retireTarget(vtxFrameBufferRecord& target, std::unique_ptr
 }
 
 void vtxRendererCore::flushReleasedTargets() {
+    if (!deviceDepth_)
+        batcher_.beginFrame();
     std::lock_guard const lock(creationMutex_);
     for (auto const& storage : endedTargets_) {
         store_.removeTexture(storage->texture);
@@ -417,15 +421,20 @@ void vtxRendererCore::updateView_() {
 
 bool vtxRendererCore::isClippedAway_() const { return clips_.size() > base_.clips && clips_.back().isEmpty(); }
 
-vtxQuadBatcher& vtxRendererCore::prepareQuads(osg::Vec4f const& color) {
+vtxQuadBatcher& vtxRendererCore::prepareQuads() {
     updateView_();
-    batcher_.setTransform(vtxQuadTransform::make(settings_, getScale()));
-    setQuadColor(color);
+    float const scale = getScale();
+    vtxQuadTransform const& transform = batcher_.getTransform();
+    if (transform.differsByTranslation(settings_, scale))
+        batcher_.setTranslation(settings_.modelView(3, 0), settings_.modelView(3, 1));
+    else
+        batcher_.setTransform(vtxQuadTransform::make(settings_, scale));
     return batcher_;
 }
 
-void vtxRendererCore::setQuadColor(osg::Vec4f const& color) {
-    batcher_.setColor(osg::Vec4f(color.r(), color.g(), color.b(), color.a() * settings_.opacity));
+vtxQuadBatcher& vtxRendererCore::prepareLines(osg::Vec4f const& color) {
+    prepareQuads().setColor(osg::Vec4f(color.r(), color.g(), color.b(), color.a() * settings_.opacity));
+    return batcher_;
 }
 
 // --- Drawing ---
@@ -435,31 +444,22 @@ void vtxRendererCore::drawQuads(vtxShaderQuads const& quads, int batch) {
     int const count = static_cast<int>(batches.size());
     if (batch >= count || count == 0 || !requirePass("quads") || isClippedAway_())
         return;
-    vtxQuadBatcher& batcher = prepareQuads(settings_.color);
+    vtxQuadBatcher& batcher = prepareQuads();
     int const first = std::max(batch, 0);
     int const last = batch < 0 ? count : batch + 1;
     for (int i = first; i < last; ++i) {
         vtxShaderQuads::Batch const& part = batches[static_cast<std::size_t>(i)];
-        if (part.count <= 0 || !batcher.setTexture(part.texture, settings_.sampler))
-            continue;
-        vtxShaderQuads::Quad const* quad = quads.getQuads().data() + part.first;
-        for (vtxShaderQuads::Quad const* end = quad + part.count; quad != end; ++quad)
-            batcher.addQuad({quad->x, quad->y, quad->w, quad->h, quad->uMin, quad->vMin, quad->uMax, quad->vMax});
+        if (part.count > 0)
+            batcher.addBlock({part.key, quads.getQuads().data() + part.first, part.count, part.texture,
+                              settings_.sampler, &settings_.color, false, settings_.opacity});
     }
 }
 
 void vtxRendererCore::drawBkgQuads(vtxShaderBkgQuads const& quads) {
     int const count = std::min({quads.count, vtxShaderBkgQuads::maxCount, settings_.colorCount});
-    if (count <= 0 || !requirePass("background quads") || isClippedAway_())
-        return;
-    vtxQuadBatcher& batcher = prepareQuads(settings_.color);
-    if (!batcher.setTexture(quads.getTexture(), settings_.sampler))
-        return;
-    for (int i = 0; i < count; ++i) {
-        vtxShaderBkgQuads::BkgQuad const& quad = quads.getQuads()[i];
-        setQuadColor(settings_.colors[i]);
-        batcher.addQuad({quad.x, quad.y, quad.w, quad.h, quad.uMin, quad.vMin, quad.uMax, quad.vMax});
-    }
+    if (count > 0 && requirePass("background quads") && !isClippedAway_())
+        prepareQuads().addBlock({quads.getKey(), quads.getQuads(), count, quads.getTexture(), settings_.sampler,
+                                 settings_.colors, true, settings_.opacity});
 }
 
 bool vtxRendererCore::beginDirectDraw(vtxDrawState& state) {

@@ -74,9 +74,9 @@ public:
     void drawEffect(vtxEffectDraw& draw);
     /// What the device needs so that a target's units fall on whole pixels.
     osg::Matrixf getDeviceProjection(osg::Matrixf const& projection) const;
-    /// The batcher, ready for quads of a straight colour under the settings in force.
-    vtxQuadBatcher& prepareQuads(osg::Vec4f const& color);
-    void setQuadColor(osg::Vec4f const& color);
+    /// The batcher, ready for quads under the settings in force, and for lines of a straight colour.
+    vtxQuadBatcher& prepareQuads();
+    vtxQuadBatcher& prepareLines(osg::Vec4f const& color);
     void report(vtxMisuse misuse, char const* detail) { misuse_.report(misuse, detail); }
     /// Tells a recording back end about an operation of the contract.
     void trace(char const* operation, char const* format, ...) __attribute__((format(printf, 3, 4)));

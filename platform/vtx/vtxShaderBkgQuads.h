@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/qor/Api.h"
+#include "platform/vtx/vtxQuad.h"
 
 class vtxShader;
 class vtxTexture;
@@ -9,24 +10,23 @@ class vtxTexture;
 /// Coordinates: positions and sizes in GUI units, texture coordinates 0 to 1 of the picture file.
 class VORLEX_API vtxShaderBkgQuads {
 public:
-    struct BkgQuad {
-        float x, y, w, h;
-        float uMin, vMin, uMax, vMax;
-    };
+    using BkgQuad = vtxQuad;
     static constexpr int maxCount = 9;
 
-    void setTexture(vtxTexture const* texture) { texture_ = texture; }
+    void setTexture(vtxTexture const* texture);
     vtxTexture const* getTexture() const { return texture_; }
     /// A tenth quad is dropped.
     void addQuad(BkgQuad const& quad);
     void draw(vtxShader* shader) const;
 
     BkgQuad const* getQuads() const { return quads_; }
+    vtxQuadKey const& getKey() const { return key_; }
 
     /// Number of quads; whoever rebuilds them sets it to 0 first.
     int count = 0;
 
 private:
     vtxTexture const* texture_ = nullptr;
+    vtxQuadKey key_;
     BkgQuad quads_[maxCount] = {};
 };

@@ -9,7 +9,7 @@ int vtxShaderQuads::beginBatch(vtxTexture const* texture, int hint) {
     constexpr int mostReserved = 1 << 16;
     if (hint > 0)
         quads_.reserve(quads_.size() + static_cast<std::size_t>(std::min(hint, mostReserved)));
-    batches_.push_back(Batch{texture, static_cast<int>(quads_.size()), 0});
+    batches_.push_back(Batch{texture, static_cast<int>(quads_.size()), 0, vtxQuadKey{0, owner_}});
     return static_cast<int>(batches_.size()) - 1;
 }
 
@@ -18,11 +18,13 @@ void vtxShaderQuads::addBatchQuad(float x, float y, float w, float h, float) {
         beginBatch(nullptr, 0);
     quads_.push_back(Quad{x, y, w, h, 0.0f, 0.0f, 0.0f, 0.0f});
     ++batches_.back().count;
+    batches_.back().key.content = 0;
 }
 
 void vtxShaderQuads::addBatchTexCoords(float uMin, float vMin, float uMax, float vMax) {
     if (quads_.empty())
         return;
+    batches_.back().key.content = 0;
     Quad& quad = quads_.back();
     quad.uMin = uMin;
     quad.vMin = vMin;
@@ -30,11 +32,19 @@ void vtxShaderQuads::addBatchTexCoords(float uMin, float vMin, float uMax, float
     quad.vMax = vMax;
 }
 
-void vtxShaderQuads::endBatch() {}
+void vtxShaderQuads::endBatch() {
+    if (batches_.empty())
+        return;
+    batches_.back().key.renew();
+    owner_ = batches_.back().key.owner;
+}
 
 void vtxShaderQuads::setTexture(vtxTexture const* texture) {
-    for (Batch& batch : batches_)
+    for (Batch& batch : batches_) {
         batch.texture = texture;
+        if (batch.key.content)
+            batch.key.renew();
+    }
 }
 
 void vtxShaderQuads::reset() {

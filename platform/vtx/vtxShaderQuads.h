@@ -2,6 +2,7 @@
 
 #include "platform/qor/Api.h"
 #include "platform/qor/Containers.h"
+#include "platform/vtx/vtxQuad.h"
 
 class vtxShader;
 class vtxTexture;
@@ -10,14 +11,13 @@ class vtxTexture;
 /// Coordinates: positions and sizes in GUI units, texture coordinates 0 to 1 of the picture file.
 class VORLEX_API vtxShaderQuads {
 public:
-    struct Quad {
-        float x, y, w, h;
-        float uMin, vMin, uMax, vMax;
-    };
+    using Quad = vtxQuad;
     struct Batch {
         vtxTexture const* texture = nullptr;
         int first = 0;
         int count = 0;
+        /// Known once the batch was ended.
+        vtxQuadKey key;
     };
 
     /// Starts a batch and returns its number. `hint` is the expected count of quads, 0 if not known.
@@ -40,5 +40,6 @@ public:
 
 private:
     qor::vector<Quad> quads_;
+    std::uint32_t owner_ = 0;
     qor::vector<Batch> batches_;
 };

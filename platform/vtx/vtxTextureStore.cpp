@@ -19,6 +19,8 @@ void vtxTextureStore::removeTexture(vtxTextureRecord const& texture) {
     alive_.erase(&texture);
     if (lastAlive_ == &texture)
         lastAlive_ = nullptr;
+    if (texture.image->place != vtxImagePlace::Alone)
+        noteImageChanged();
 }
 
 bool vtxTextureStore::isAlive(vtxTexture const* texture) const {

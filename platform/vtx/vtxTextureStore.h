@@ -32,6 +32,11 @@ public:
     /// It may no longer be drawn. Call before the record goes.
     void removeTexture(vtxTextureRecord const& texture);
     bool isAlive(vtxTexture const* texture) const;
+    /// A texture shows another image from now on.
+    void noteImageChanged() { pageChanges_.fetch_add(1, std::memory_order_release); }
+    /// Grows whenever a texture that lies in a page goes or shows another image: what was worked out from where
+    /// textures lie holds no longer.
+    unsigned getPageChanges() const { return pageChanges_.load(std::memory_order_acquire); }
     /// Takes over an image whose users are gone: its device texture goes at the next pass, the record with it.
     void retireImage(std::unique_ptr<vtxTextureImage> image);
 
@@ -84,6 +89,7 @@ private:
 
     vtxDevice& device_;
     mutable qor::mutex mutex_;
+    std::atomic<unsigned> pageChanges_{0};
     qor::hash_set<vtxTexture const*> alive_;
     mutable vtxTexture const* lastAlive_ = nullptr;
     PageArray arrays_[2];

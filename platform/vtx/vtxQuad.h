@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/qor/Api.h"
+
+/// A quad of a picture. Positions and sizes in GUI units, texture coordinates 0 to 1 of the picture file.
+struct vtxQuad {
+    float x, y, w, h;
+    float uMin, vMin, uMax, vMax;
+};
+
+/// Tells the renderer that a block of quads is the one that it has drawn before. Copied with the quads: copies of
+/// equal content have equal keys.
+struct vtxQuadKey {
+    /// Never given twice; 0 while the content may still change.
+    std::uint64_t content = 0;
+    /// Whose content it is, so that new content is known to replace the old; 0 for nobody's.
+    std::uint32_t owner = 0;
+
+    /// The content is another one. From any thread.
+    VORLEX_API void renew();
+};

@@ -1,0 +1,183 @@
+// Quads that stay in the stream from frame to frame are those that would be made anew.
+
+#include <random>
+
+#include "platform/vtx/vtxFontManager.h"
+#include "platform/vtx/vtxShaderBkgQuads.h"
+#include "platform/vtx/vtxTextString.h"
+#include "platform/vtx/vtxTextureManager.h"
+#include "tests/platform/vtx_Fixture.h"
+
+namespace {
+
+using osg::Vec4f;
+using support::Rect;
+
+/// What is drawn: a background or a text at a place, through a clip, in a way that stays until something changes it.
+struct Thing {
+    vtxShaderBkgQuads bkg;
+    Vec4f colors[vtxShaderBkgQuads::maxCount];
+    vtxTextString text;
+    float x = 0.0f, y = 0.0f, zoom = 1.0f, opacity = 1.0f;
+    Rect clip{0, 0, 200, 100};
+    int sampler = 0;
+};
+
+class Kept : public support::RendererTest {
+protected:
+    int choose(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
+
+    void fillBkg(Thing& thing) {
+        thing.bkg.count = 0;
+        thing.bkg.setTexture(choose(3) ? pictures_[choose(4)] : nullptr);
+        for (int i = choose(4); i >= 0; --i) {
+            thing.colors[thing.bkg.count] = Vec4f(choose(3) * 0.5f, 1.0f, 0.5f, choose(4) * 0.25f);
+            float const far = choose(8) ? 1.0f : 1.5f;  // beyond the picture
+            thing.bkg.addQuad({choose(9) * 3.0f, choose(9) * 2.5f, choose(9) * 4.0f, 8.0f, 0.0f, 0.0f, far, 1.0f});
+        }
+    }
+
+    void fillText(Thing& thing) {
+        thing.text.font = font_;
+        thing.text.text.assign(static_cast<std::size_t>(choose(4)), wchar_t(L'a' + choose(26)));
+        thing.text.color = Vec4f(1.0f, choose(2), 1.0f, 1.0f);
+        thing.text.shadowColor = Vec4f(0.0f, 0.0f, 0.0f, choose(2));
+        thing.text.redraw(-1.0f);
+    }
+
+    void change(Thing& thing) {
+        switch (choose(8)) {
+            case 0:
+                return fillBkg(thing);
+            case 1:
+                return fillText(thing);
+            case 2:
+                thing.x = choose(80) * 2.5f - 20.0f;
+                break;
+            case 3:
+                thing.y = choose(40) * 2.5f - 10.0f;
+                break;
+            case 4:
+                thing.zoom = choose(4) ? 1.0f : 1.5f;
+                break;
+            case 5:
+                thing.opacity = choose(3) * 0.5f;
+                break;
+            case 6:
+                thing.clip = choose(3) ? Rect(0, 0, 200, 100) : Rect(choose(90), choose(50), 150, 90);
+                break;
+            default:
+                thing.sampler = choose(2);
+                break;
+        }
+    }
+
+    void changeScene() {
+        for (int i = choose(4); i > 0 && !things_.empty(); --i)
+            change(*things_[static_cast<std::size_t>(choose(static_cast<int>(things_.size())))]);
+        int const at = choose(static_cast<int>(things_.size()) + 1);
+        if (choose(4) == 0) {
+            auto thing = std::make_unique<Thing>();
+            fillBkg(*thing);
+            fillText(*thing);
+            things_.insert(things_.begin() + at, std::move(thing));
+        } else if (choose(5) == 0 && at < static_cast<int>(things_.size())) {
+            things_.erase(things_.begin() + at);
+        } else if (choose(6) == 0) {
+            std::rotate(things_.begin(), things_.begin() + at, things_.end());
+        }
+        if (choose(12) == 0)
+            std::swap(viewport_, otherViewport_);
+        if (choose(20) == 0)
+            std::exchange(pictures_[choose(4)], nullptr);
+        if (choose(15) == 0)
+            renderer_->setScale(choose(2) ? 1.0f : 1.25f);
+    }
+
+    /// The device's operations for all things; with `anew` as copies that the renderer has never seen.
+    std::string draw(bool anew) {
+        log_->clearLines();
+        Frame const frame(*renderer_, viewport_);
+        for (auto const& thing : things_) {
+            vtxRenderer::ClipRectGuard const clip(thing->clip);
+            vtxRenderer::ModelViewMatrixGuard place;
+            place.setTranslate(thing->x, thing->y, 0.0f);
+            place.makeScale(thing->zoom, thing->zoom, 1.0f).setTranslate(0.0f, 0.0f, 0.0f);
+            vtxRenderer::OpacityGuard const opacity(thing->opacity);
+            shader().setColors(thing->colors[0].ptr(), thing->bkg.count);
+            shader().setUserTextureFiltering(static_cast<vtxRenderer::TextureSampler>(thing->sampler));
+            if (anew)
+                copyOf(thing->bkg).draw(&shader());
+            else
+                thing->bkg.draw(&shader());
+            shader().resetTextureSampler();
+            vtxTextString text = thing->text;
+            if (anew)
+                text.redraw(-1.0f);
+            (anew ? text : thing->text).draw(&shader(), -1.0f);
+        }
+        return log_->getText().c_str();
+    }
+
+    static vtxShaderBkgQuads copyOf(vtxShaderBkgQuads const& bkg) {
+        vtxShaderBkgQuads copy;
+        copy.setTexture(bkg.getTexture());
+        for (int i = 0; i < bkg.count; ++i)
+            copy.addQuad(bkg.getQuads()[i]);
+        return copy;
+    }
+
+    unsigned countMade() {
+        renderer_->getTextureManager()->flushReleased();
+        renderer_->resetCounters();
+        draw(false);
+        return renderer_->getCounters().madeQuads;
+    }
+
+    std::mt19937 random_{5};
+    vtxTexture* pictures_[4] = {getPicture(), getPicture(), getPicture(), getPicture(true)};
+    std::shared_ptr<vtxFont> font_ =
+        renderer_->getFontManager()->getFont("assets/fonts/Inter-Regular.otf", 14, vtxFont::BlurNone);
+    std::vector<std::unique_ptr<Thing>> things_;
+    Rect viewport_{0, 0, 200, 100}, otherViewport_{10, 5, 150, 95};
+};
+
+TEST_F(Kept, AreTheOnesThatWouldBeMadeAnewWhateverChanges) {
+    for (int round = 0; round < 3000; ++round) {
+        changeScene();
+        if (choose(10))
+            renderer_->getTextureManager()->flushReleased();
+        std::string const shown = draw(false);
+        if (choose(3) == 0)
+            ASSERT_EQ(shown, draw(true)) << "round " << round;
+        else
+            ASSERT_EQ(shown, draw(false)) << "round " << round;
+    }
+}
+
+TEST_F(Kept, AreAllOfAnUnchangedFrameAndAllButTheChangedOnesOfAnother) {
+    for (int i = 0; i < 100; ++i) {
+        things_.push_back(std::make_unique<Thing>());
+        Thing& thing = *things_.back();
+        thing.bkg.addQuad({0.0f, 0.0f, 5.0f, 5.0f, 0.0f, 0.0f, 1.0f, 1.0f});
+        thing.colors[0] = Vec4f(1, 1, 1, 1);
+        thing.x = static_cast<float>(i);
+    }
+    EXPECT_EQ(countMade(), 100u);
+    EXPECT_EQ(countMade(), 0u);
+    things_[30]->x += 1.0f;
+    EXPECT_EQ(countMade(), 1u);
+    things_.erase(things_.begin() + 20);
+    EXPECT_EQ(countMade(), 0u);
+    auto& first = *things_.insert(things_.begin() + 10, std::make_unique<Thing>());
+    first->bkg.addQuad({0.0f, 0.0f, 5.0f, 5.0f, 0.0f, 0.0f, 1.0f, 1.0f});
+    first->colors[0] = Vec4f(1, 1, 1, 1);
+    EXPECT_EQ(countMade(), 1u);
+    std::rotate(things_.begin(), things_.begin() + 5, things_.end());
+    EXPECT_EQ(countMade(), 5u) << "those that were brought to the front";
+    things_[7]->colors[0].a() = 0.5f;
+    EXPECT_EQ(countMade(), 1u);
+    EXPECT_EQ(countMade(), 0u);
+}
+
+}  // namespace
