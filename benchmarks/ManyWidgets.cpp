@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 #include <random>
 
 #include "benchmarks/BenchHost.h"
@@ -33,18 +32,32 @@ public:
         }
         host_.settle();
         operations_ = {
-            {"W5a", "mouse to a random point", [this] { move_(); }, {}},
-            {"W5b", "mouse to a random point, press and release", [this] { press_(); }, {}},
+            {"W5a", "mouse to a random point", [this] { repeat_(&ManyWindows::move_); }, {}, points},
+            {"W5b",
+             "mouse to a random point, press and release",
+             [this] { repeat_(&ManyWindows::press_); },
+             {},
+             points},
         };
     }
 
     std::vector<Operation> const& getOperations() const override { return operations_; }
 
 private:
-    static constexpr Vec2i::value_type width = 1900, height = 1000;
-    inline static Vec2i const screen{width, height};
+    static constexpr unsigned width = 1900, height = 1000;
+    inline static Vec2i const screen{int(width), int(height)};
+    /// In one run, as they cost different amounts.
+    static constexpr int points = 100;
 
-    Vec2i randomPoint_() { return Vec2i(static_cast<int>(random_() % width), static_cast<int>(random_() % height)); }
+    Vec2i randomPoint_() {
+        unsigned const x = random_() % width;
+        return Vec2i(static_cast<int>(x), static_cast<int>(random_() % height));
+    }
+
+    void repeat_(void (ManyWindows::*act)()) {
+        for (int i = 0; i < points; ++i)
+            (this->*act)();
+    }
 
     void move_() {
         host_.moveMouse(randomPoint_());

@@ -1,8 +1,8 @@
+#include <algorithm>
 #include <cmath>
 #include <cwchar>
 
 #include "benchmarks/BenchHost.h"
-#include "benchmarks/HeapCount.h"
 #include "benchmarks/Workload.h"
 #include "gui_lib/controls/buttons/Button.h"
 #include "gui_lib/frame/GUI.h"
@@ -31,31 +31,45 @@ Vec2i getGridSize(int count) {
 /// A window with a grid of push buttons of 96 by 20, all visible, each with a label of 12 characters.
 class Panel final : public Workload {
 public:
-    explicit Panel(int count) : count_(count), host_(getGridSize(count) + Vec2i(64, 96)) {
+    /// Has room for `count` buttons and makes `first` of them.
+    Panel(int count, int first) : count_(count), host_(getGridSize(count) + Vec2i(64, 96)) {
         addOperations_();
-        create_();
+        create_(first);
         host_.settle();
     }
 
     std::vector<Operation> const& getOperations() const override { return operations_; }
+
+    /// Makes the buttons that are missing, and draws them.
+    void fill() {
+        addButtons_(count_);
+        host_.settle();
+    }
+    /// Shows every digit once, so that no glyph is new any more.
+    void showDigits() {
+        buttons_.front()->setText(L"Label 123456");
+        host_.settle();
+        buttons_.front()->setText(L"Label 789012");
+        host_.settle();
+    }
 
 private:
     void addOperations_() {
         auto const endBefore = [this] { destroy_(); };
         auto const renew = [this] {
             destroy_();
-            create_();
+            create_(count_);
             host_.settle();
         };
         auto const ready = [this] {
             if (!window_) {
-                create_();
+                create_(count_);
                 host_.settle();
             }
         };
         operations_ = {
-            {"W1a", "create, per button", [this] { create_(); }, endBefore, count_},
-            {"W1a2", "create with the first frame, per button", [this] { create_(), host_.frame(); }, endBefore,
+            {"W1a", "create, per button", [this] { create_(count_); }, endBefore, count_},
+            {"W1a2", "create with the first frame, per button", [this] { create_(count_), host_.frame(); }, endBefore,
              count_},
             {"W1i", "destroy, per button", [this] { destroy_(); }, renew, count_},
             {"W1c", "frame in which nothing changed", [this] { host_.frame(); }, ready},
@@ -66,23 +80,27 @@ private:
         };
     }
 
-    void create_() {
-        auto* const window = new gui::Window;
-        window->setText(L"Panel");
-        window->setPosition(Vec2i(16, 16));
-        window->setSize(getGridSize(count_) + Vec2i(32, 64));
+    void create_(int number) {
+        window_ = new gui::Window;
+        window_->setText(L"Panel");
+        window_->setPosition(Vec2i(16, 16));
+        window_->setSize(getGridSize(count_) + Vec2i(32, 64));
         buttons_.reserve(count_);
+        addButtons_(number);
+        window_->setVisible(true);
+    }
+
+    /// Until there are `number` of them.
+    void addButtons_(int number) {
         int const columns = getColumns(count_);
-        for (int i = 0; i < count_; ++i) {
+        for (int i = static_cast<int>(buttons_.size()); i < number; ++i) {
             auto* const button = new gui::Button;
             setLabel_(*button, i);
             button->setPosition(Vec2i(i % columns * cellWidth, i / columns * cellHeight));
             button->setSize(Vec2i(96, 20));
-            window->insertWidget(button, -1);
+            window_->insertWidget(button, -1);
             buttons_.push_back(button);
         }
-        window->setVisible(true);
-        window_ = window;
     }
 
     void destroy_() {
@@ -148,4 +166,13 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Workload> makePanel(int size) { return std::make_unique<Panel>(size); }
+std::unique_ptr<Workload> makePanel(int size) { return std::make_unique<Panel>(size, size); }
+
+HeapCount measurePanelHeap(int size) {
+    Panel panel(size, 1);
+    panel.showDigits();
+    HeapCount const start = HeapCount::now();
+    panel.fill();
+    HeapCount const end = HeapCount::now();
+    return HeapCount{end.allocations - start.allocations, end.liveBytes - start.liveBytes};
+}

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "benchmarks/HeapCount.h"
+
 /// One thing that is measured.
 struct Operation {
     std::string id;  ///< "W1c"
@@ -12,7 +14,7 @@ struct Operation {
     std::function<void()> run;
     /// Not measured, before each run; may be empty.
     std::function<void()> before;
-    /// Widgets that share the cost of a run.
+    /// Widgets or events that share the cost of a run.
     int per = 1;
 };
 
@@ -30,8 +32,6 @@ struct WorkloadKind {
     std::vector<std::string> ids;
     std::unique_ptr<Workload> (*make)(int size);
     std::vector<int> sizes;
-    /// Sizes that only instructions are counted at, to see whether the cost of a widget depends on how many there are.
-    std::vector<int> shapeSizes;
 };
 
 /// A window of `size` push buttons.
@@ -42,5 +42,9 @@ std::unique_ptr<Workload> makeLayoutTree(int size);
 std::unique_ptr<Workload> makeManyWindows(int size);
 /// `size` widgets in panels of 100.
 std::unique_ptr<Workload> makeManyWidgets(int size);
+
+/// What the heap holds more, and how often it was asked, once a panel of one button has grown to `size` of them and
+/// been drawn. To be asked once a process: what the toolkit keeps for its next widgets makes a second panel cheaper.
+HeapCount measurePanelHeap(int size);
 
 std::vector<WorkloadKind> const& getWorkloadKinds();

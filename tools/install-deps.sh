@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that the project needs and that are not there yet.
 #   tools/install-deps.sh [build|test|all]
-# build: the library and the gallery; test: also the tests; all: also every check of ./test --all (the default).
+# build: the library and the gallery; test: also the tests and the benchmarks; all: also every check of ./test --all (the default).
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build ccache pkg-config
     libopenscenegraph-dev liblua5.1-0-dev libboost-container-dev
     libfreetype-dev libharfbuzz-dev libfontconfig-dev libspng-dev libturbojpeg0-dev
     libepoxy-dev libegl-dev libgl-dev libsdl2-dev libegl1 libgl1 libgl1-mesa-dri)
-test_packages=(python3 libgtest-dev libbenchmark-dev)
+test_packages=(python3 libgtest-dev libbenchmark-dev valgrind)
 check_packages=(clang clang-format libclang-rt-14-dev llvm-14 gcovr xvfb xdotool x11-utils libx11-dev libxfixes-dev)
 
 wanted=("${build_packages[@]}")
