@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that the project needs and that are not there yet.
 #   tools/install-deps.sh [build|test|all]
-# build: the library and the gallery; test: also the tests and the benchmarks; all: also every check of ./test --all (the default).
+# build: the library and the gallery; test: also the tests and the benchmarks; all: also every check of ./test --all,
+# which is the default.
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build ccache pkg-config
