@@ -1,6 +1,7 @@
 #include "gui_lib/Skin/Skin.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "gui_lib/Skin/TargetWidgetScope.h"
 #include "gui_lib/base/Align2.h"
@@ -96,20 +97,38 @@ void Skin::doRedrawTarget_() {
             drawToTarget_(size);
         return;
     }
+    // Zoom and size are put back below: that is no change that the owner would have to be redrawn for, frame after
+    // frame.
+    struct NoMarkScope {
+        explicit NoMarkScope(Widget* widget)
+            : alive(widget), dirty(&widget->dirty), marked(std::exchange(*dirty, true)) {}
+        ~NoMarkScope() {
+            if (alive.alive())
+                *dirty = marked;
+        }
+        AliveGuard alive;
+        bool* dirty;
+        bool marked;
+    };
     osg::Vec2i const zoomedSize = owner->getSize();
-    owner->setZoom(1.0f);
-    if (alive.alive())
-        owner->setSize(size);
-    if (alive.alive())
-        owner->setZoom(zoom);
+    {
+        NoMarkScope const scopeOfSize(owner);
+        owner->setZoom(1.0f);
+        if (alive.alive())
+            owner->setSize(size);
+        if (alive.alive())
+            owner->setZoom(zoom);
+    }
     if (alive.alive())
         owner->redrawChildren();
     if (alive.alive())
         owner->doRedrawChildren();
     if (alive.alive())
         drawToTarget_(size);
-    if (alive.alive())
+    if (alive.alive()) {
+        NoMarkScope const scopeOfSize(owner);
         owner->setSize(zoomedSize);
+    }
 }
 
 void Skin::drawToTarget_(osg::Vec2i const& size) {
