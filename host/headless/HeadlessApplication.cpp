@@ -45,7 +45,9 @@ bool HeadlessApplication::createRendererOverBackEnd_() {
         traceLog_ = device->getLog();
         return vtxRenderer::create(std::move(device)) != nullptr;
     }
-    std::unique_ptr<vtxDevice> device = vtxCreateGLDevice();
+    vtxGLOptions options;
+    options.saveHostState = stateSaved_;
+    std::unique_ptr<vtxDevice> device = vtxCreateGLDevice(options);
     return device && vtxRenderer::create(std::move(device)) != nullptr;
 }
 

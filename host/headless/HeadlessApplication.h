@@ -40,6 +40,10 @@ public:
     /// Before the start; off unless asked for.
     void setSystemFontsUsed(bool used) { systemFontsUsed_ = used; }
     bool getSystemFontsUsed() const { return systemFontsUsed_; }
+    /// Before the start: whether the toolkit hands GL's state back as it found it, or at GL's defaults, which costs less
+    /// (`vtxGLOptions::saveHostState`). On unless told otherwise.
+    void setGLStateSaved(bool saved) { stateSaved_ = saved; }
+    bool getGLStateSaved() const { return stateSaved_; }
 
     /// What the trace back end recorded, good also after the end; null with another one.
     std::shared_ptr<vtxTraceLog> getTraceLog() const { return traceLog_; }
@@ -81,6 +85,7 @@ private:
     double time_ = 1.0;
     double frameTime_ = 1.0 / 60.0;
     bool systemFontsUsed_ = false;
+    bool stateSaved_ = true;
     std::function<void()> inputSource_;
     /// In order of time.
     qor::vector<Step> steps_;

@@ -7,8 +7,10 @@
 
 #include "gui_lib/base/UpdateManager.h"
 #include "gui_lib/controls/buttons/Button.h"
+#include "gui_lib/controls/small/Panel.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/graphics/GraphicCommands.h"
+#include "gui_lib/layouts/VertLayout.h"
 #include "gui_lib/windows/Window.h"
 #include "host/CommandPlayer.h"
 #include "platform/vtx/vtxRenderer.h"
@@ -157,6 +159,31 @@ TEST(SteadyFrames, ASecondFrameWithoutAChangeBuildsNothingAndDrawsTheSame) {
     EXPECT_EQ(counters.uploads, 0u);
     EXPECT_EQ(counters.targets, 0u);
     EXPECT_TRUE(panel.host.traceFrame() == first);
+}
+
+TEST(SteadyFrames, AZoomedWidgetComesToRestAndStillFollowsItsChildren) {
+    Touches touches;
+    Panel panel(1);
+    auto* const pane = new gui::Panel;
+    panel.window->insertWidget(pane, -1);
+    pane->setPosition(Vec2i(0, 60));
+    pane->setSize(Vec2i(300, 150));
+    auto* const button = new WatchedButton(touches);
+    pane->setLayout((new gui::VertLayout(0))->handler());
+    pane->insertWidget(button, -1);
+    button->setText(L"One");
+    pane->setZoom(1.5f);
+    panel.host.settle();
+
+    unsigned long const redraws = Widget::getRedrawCount();
+    EXPECT_EQ(panel.countFrame().targets, 0u);
+    EXPECT_EQ(Widget::getRedrawCount(), redraws);
+    button->setText(L"Two");
+    EXPECT_EQ(panel.countFrame().targets, 1u) << "the child's text";
+    pane->setSize(Vec2i(330, 180));
+    EXPECT_EQ(panel.countFrame().targets, 1u) << "another size";
+    panel.host.settle();
+    EXPECT_EQ(panel.countFrame().targets, 0u);
 }
 
 // --- Widgets ---
