@@ -25,9 +25,11 @@ std::unique_ptr<vtxGLDevice> vtxCreateGLDevice(vtxGLOptions const& options) {
 vtxGLBackend::vtxGLBackend(vtxGLContext const& context, vtxGLOptions const& options)
     : context_(context),
       options_(options),
-      hostState_(context_, options_),
+      hostState_(context_, options_, region_),
       debug_(context_, options.debugOutput && options.saveHostState),
-      textures_(context_, units_) {}
+      textures_(context_, units_, transfer_, region_) {
+    units_.setMultiBind(context_.multiBind);
+}
 
 bool vtxGLBackend::create(qor::string& error) {
     Scope scope(*this);
@@ -49,6 +51,8 @@ bool vtxGLBackend::createQuads_(qor::string& error) {
     quadProjection_ = quadProgram_.getUniform("vtxProjection");
     quadTone_ = quadProgram_.getUniform("vtxTone");
     glUseProgram(quadProgram_.getName());
+    glUniformMatrix4fv(quadProjection_, 1, GL_FALSE, sentProjection_.ptr());
+    glUniform2f(quadTone_, sentTone_.x(), sentTone_.y());
     quadProgram_.setUnit("vtxPictureLinear", vtxGLUnits::pictureLinear);
     quadProgram_.setUnit("vtxPictureNearest", vtxGLUnits::pictureNearest);
     quadProgram_.setUnit("vtxGlyph", vtxGLUnits::glyph);
@@ -59,10 +63,12 @@ bool vtxGLBackend::createQuads_(qor::string& error) {
     }
     glGenVertexArrays(1, &quadVertexArray_);
     glBindVertexArray(quadVertexArray_);
+    stream_.bind();
     for (GLuint i = 0; i < 6; ++i) {
         glEnableVertexAttribArray(i);
         glVertexAttribDivisor(i, 1);
     }
+    setQuadPointers_(0);
     return true;
 }
 
@@ -99,13 +105,16 @@ void vtxGLBackend::openPass() {
     debug_.enter();
     hostState_.enter();
     units_.enter(options_.saveHostState);
+    transfer_.enter(options_.saveHostState);
     target_ = 0;
+    quadsBound_ = false;
 }
 
 void vtxGLBackend::closePass() {
     if (depth_ == 0 || --depth_ > 0)
         return;
     units_.leave();
+    transfer_.leave();
     hostState_.leave();
     debug_.leave();
     target_ = 0;
@@ -179,7 +188,7 @@ void vtxGLBackend::rebindFramebuffer_() {
 void vtxGLBackend::clearTarget() {
     Scope scope(*this);
     GLfloat const nothing[4] = {};
-    glDisable(GL_SCISSOR_TEST);
+    region_.turnScissorOff();
     glClearBufferfv(GL_COLOR, 0, nothing);
 }
 
@@ -228,7 +237,7 @@ void vtxGLBackend::readHost_(Box const& box, unsigned char* pixels) {
         return;
     glBindFramebuffer(GL_READ_FRAMEBUFFER, name);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, target->framebuffer);
-    glDisable(GL_SCISSOR_TEST);
+    region_.turnScissorOff();
     glBlitFramebuffer(box.x, box.y, box.x + box.width, box.y + box.height, box.x, box.y, box.x + box.width,
                       box.y + box.height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
     readFramebuffer_(target->framebuffer, box, pixels);
@@ -236,6 +245,7 @@ void vtxGLBackend::readHost_(Box const& box, unsigned char* pixels) {
 }
 
 void vtxGLBackend::readFramebuffer_(GLuint framebuffer, Box const& box, unsigned char* pixels) {
+    transfer_.prepare();
     glBindFramebuffer(GL_READ_FRAMEBUFFER, framebuffer);
     glReadPixels(box.x, box.y, box.width, box.height, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
 }
@@ -255,15 +265,11 @@ vtxGLBackend::Box vtxGLBackend::toBox_(osg::RectImpl<osg::Vec2i> const& rect) co
 }
 
 void vtxGLBackend::applyRegion_(vtxDrawState const& state) {
-    Box const view = toBox_(state.viewport);
-    glViewport(view.x, view.y, view.width, view.height);
-    if (!state.scissorEnabled) {
-        glDisable(GL_SCISSOR_TEST);
-        return;
-    }
-    Box const scissor = toBox_(state.scissor);
-    glEnable(GL_SCISSOR_TEST);
-    glScissor(scissor.x, scissor.y, scissor.width, scissor.height);
+    region_.setViewport(toBox_(state.viewport));
+    if (state.scissorEnabled)
+        region_.setScissor(toBox_(state.scissor));
+    else
+        region_.turnScissorOff();
 }
 
 // --- Drawing: quads ---
@@ -274,21 +280,11 @@ void vtxGLBackend::drawQuads(vtxQuadRun const& run) {
     Scope scope(*this);
     applyRegion_(run.state);
     bindRunTextures_(run);
-    glUseProgram(quadProgram_.getName());
-    osg::Matrixf projection = run.state.projection;
-    if (target_) {
-        for (int row = 0; row < 4; ++row)
-            projection(row, 1) = -projection(row, 1);
-    }
-    glUniformMatrix4fv(quadProjection_, 1, GL_FALSE, projection.ptr());
-    glUniform2f(quadTone_, 1.0f / std::max(run.state.gamma, 0.001f), run.state.intensity);
-    glBindVertexArray(quadVertexArray_);
+    bindQuads_();
+    setQuadUniforms_(run.state);
     constexpr size_t most = vtxGLStream::capacity / sizeof(vtxQuadInstance);
-    for (size_t first = 0; first < run.count; first += most) {
-        size_t const count = std::min(run.count - first, most);
-        if (streamInstances_(run.instances + first, count))
-            glDrawArraysInstanced(GL_TRIANGLE_STRIP, 0, 4, GLsizei(count));
-    }
+    for (size_t first = 0; first < run.count; first += most)
+        drawInstances_(run.instances + first, std::min(run.count - first, most));
 }
 
 void vtxGLBackend::bindRunTextures_(vtxQuadRun const& run) {
@@ -300,9 +296,36 @@ void vtxGLBackend::bindRunTextures_(vtxQuadRun const& run) {
         bool const used = i < run.loneCount;
         textures_.bind(vtxGLUnits::lone + i, used ? run.lone[i].texture : 0, false, used ? run.lone[i].sampler : 0);
     }
+    units_.flush();
 }
 
-bool vtxGLBackend::streamInstances_(vtxQuadInstance const* instances, size_t count) {
+void vtxGLBackend::bindQuads_() {
+    if (quadsBound_)
+        return;
+    glUseProgram(quadProgram_.getName());
+    glBindVertexArray(quadVertexArray_);
+    stream_.bind();
+    quadsBound_ = true;
+}
+
+void vtxGLBackend::setQuadUniforms_(vtxDrawState const& state) {
+    osg::Matrixf projection = state.projection;
+    if (target_) {
+        for (int row = 0; row < 4; ++row)
+            projection(row, 1) = -projection(row, 1);
+    }
+    if (projection != sentProjection_) {
+        glUniformMatrix4fv(quadProjection_, 1, GL_FALSE, projection.ptr());
+        sentProjection_ = projection;
+    }
+    osg::Vec2f const tone(1.0f / std::max(state.gamma, 0.001f), state.intensity);
+    if (tone != sentTone_) {
+        glUniform2f(quadTone_, tone.x(), tone.y());
+        sentTone_ = tone;
+    }
+}
+
+void vtxGLBackend::setQuadPointers_(ptrdiff_t begin) {
     struct Field {
         GLint size;
         size_t offset;
@@ -312,17 +335,27 @@ bool vtxGLBackend::streamInstances_(vtxQuadInstance const* instances, size_t cou
                                  {4, offsetof(vtxQuadInstance, uMin)},
                                  {4, offsetof(vtxQuadInstance, clampUMin)},
                                  {4, offsetof(vtxQuadInstance, r)}};
-    static_assert(sizeof(vtxQuadInstance) == 80);
     constexpr GLsizei stride = sizeof(vtxQuadInstance);
-    ptrdiff_t const begin = stream_.write(instances, count * sizeof(vtxQuadInstance));
-    if (begin < 0)
-        return false;
     for (GLuint i = 0; i < 5; ++i)
         glVertexAttribPointer(i, fields[i].size, GL_FLOAT, GL_FALSE, stride,
                               reinterpret_cast<void const*>(size_t(begin) + fields[i].offset));
     glVertexAttribIPointer(5, 2, GL_UNSIGNED_INT, stride,
                            reinterpret_cast<void const*>(size_t(begin) + offsetof(vtxQuadInstance, source)));
-    return true;
+}
+
+void vtxGLBackend::drawInstances_(vtxQuadInstance const* instances, size_t count) {
+    // The stream keeps to multiples of 16, so that each write begins at a whole instance.
+    static_assert(sizeof(vtxQuadInstance) == 80);
+    ptrdiff_t const begin = stream_.write(instances, count * sizeof(vtxQuadInstance));
+    if (begin < 0)
+        return;
+    if (context_.baseInstance) {
+        glDrawArraysInstancedBaseInstance(GL_TRIANGLE_STRIP, 0, 4, GLsizei(count),
+                                          GLuint(size_t(begin) / sizeof(vtxQuadInstance)));
+        return;
+    }
+    setQuadPointers_(begin);
+    glDrawArraysInstanced(GL_TRIANGLE_STRIP, 0, 4, GLsizei(count));
 }
 
 // --- Drawing: geometry and effects ---
@@ -334,6 +367,7 @@ vtxDeviceHandle vtxGLBackend::createGeometry() {
     if (slot == geometries_.end())
         slot = geometries_.insert(slot, vtxGLGeometry());
     slot->create();
+    quadsBound_ = false;
     return vtxDeviceHandle(slot - geometries_.begin() + 1);
 }
 
@@ -344,6 +378,7 @@ void vtxGLBackend::updateGeometry(vtxDeviceHandle geometry, qor::vector<vtxVerte
         return;
     Scope scope(*this);
     record->update(vertices, indices, scratch_);
+    quadsBound_ = false;
 }
 
 void vtxGLBackend::destroyGeometry(vtxDeviceHandle geometry) {
@@ -369,6 +404,7 @@ vtxDeviceHandle vtxGLBackend::createEffect(char const* path, qor::basic_string<c
     if (!file.read(path, error))
         return 0;
     Scope scope(*this);
+    quadsBound_ = false;
     auto effect = std::make_unique<vtxGLEffect>();
     if (!effect->create(file, path, context_.es, error))
         return 0;
@@ -394,6 +430,8 @@ void vtxGLBackend::drawWith_(vtxGLEffect& effect, vtxGeometryDraw const& draw,
         return;
     applyRegion_(draw.state);
     textures_.bind(vtxGLEffect::imageUnit, draw.texture, false, draw.sampler);
+    units_.flush();
+    quadsBound_ = false;
     effect.use(draw, target_ ? -1.0f : 1.0f);
     effect.setParameters(parameters, count);
     geometry->draw(draw.primitive, draw.count, draw.first);

@@ -5,8 +5,10 @@
 #include "platform/gl/vtxGLEffect.h"
 #include "platform/gl/vtxGLGeometry.h"
 #include "platform/gl/vtxGLHostState.h"
+#include "platform/gl/vtxGLRegion.h"
 #include "platform/gl/vtxGLStream.h"
 #include "platform/gl/vtxGLTextures.h"
+#include "platform/gl/vtxGLTransfer.h"
 
 /// Internal to the GL back end: the device itself.
 ///
@@ -64,17 +66,19 @@ private:
     private:
         vtxGLBackend& backend_;
     };
-    struct Box {
-        GLint x, y;
-        GLsizei width, height;
-    };
+    using Box = vtxGLRegion::Box;
 
     bool createQuads_(qor::string& error);
     void rebindFramebuffer_();
     Box toBox_(osg::RectImpl<osg::Vec2i> const& rect) const;
     void applyRegion_(vtxDrawState const& state);
     void bindRunTextures_(vtxQuadRun const& run);
-    bool streamInstances_(vtxQuadInstance const* instances, size_t count);
+    /// Program, vertex array and stream, unless they are bound.
+    void bindQuads_();
+    void setQuadUniforms_(vtxDrawState const& state);
+    /// Where the instances begin in the stream, bytes.
+    void setQuadPointers_(ptrdiff_t begin);
+    void drawInstances_(vtxQuadInstance const* instances, size_t count);
     vtxGLGeometry* getGeometry_(vtxDeviceHandle handle);
     void drawWith_(vtxGLEffect& effect, vtxGeometryDraw const& draw, vtxEffectDraw::Parameter const* parameters,
                    size_t count);
@@ -83,6 +87,8 @@ private:
 
     vtxGLContext context_;
     vtxGLOptions options_;
+    vtxGLRegion region_;
+    vtxGLTransfer transfer_;
     vtxGLHostState hostState_;
     vtxGLUnits units_;
     vtxGLDebug debug_;
@@ -92,6 +98,11 @@ private:
     GLint quadProjection_ = -1;
     GLint quadTone_ = -1;
     GLuint quadVertexArray_ = 0;
+    /// What the program's uniforms hold; they stay from pass to pass.
+    osg::Matrixf sentProjection_;
+    osg::Vec2f sentTone_;
+    /// Nothing else has been bound since in this pass.
+    bool quadsBound_ = false;
     vtxGLEffect geometryEffect_;
     qor::vector<vtxGLGeometry> geometries_;
     qor::vector<std::unique_ptr<vtxGLEffect>> effects_;

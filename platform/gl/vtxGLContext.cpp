@@ -57,6 +57,8 @@ bool vtxGLContext::read(qor::string& error) {
     srgbControl = !es || epoxy_has_gl_extension("GL_EXT_sRGB_write_control");
     indexedBlendEnable = !es;
     indexedBlendFunction = !es && version >= 40;
+    multiBind = !es && (version >= 44 || epoxy_has_gl_extension("GL_ARB_multi_bind"));
+    baseInstance = !es && (version >= 42 || epoxy_has_gl_extension("GL_ARB_base_instance"));
     drawBuffers = getInteger(GL_MAX_DRAW_BUFFERS);
     maxTextureSize = getInteger(GL_MAX_TEXTURE_SIZE);
     maxLayers = getInteger(GL_MAX_ARRAY_TEXTURE_LAYERS);

@@ -11,6 +11,8 @@ struct vtxGLContext {
     bool srgbControl = false;         ///< GL_FRAMEBUFFER_SRGB exists
     bool indexedBlendEnable = false;  ///< blend switch and colour mask for each draw buffer
     bool indexedBlendFunction = false;
+    bool multiBind = false;     ///< several texture units by one call
+    bool baseInstance = false;  ///< a draw may begin anywhere in the instances
     int drawBuffers = 1;
     int maxTextureSize = 0;
     int maxLayers = 0;

@@ -20,7 +20,6 @@ constexpr Switch switches[] = {
     {GL_CULL_FACE, false, false, Where::Everywhere},
     {GL_DEPTH_TEST, false, false, Where::Everywhere},
     {GL_STENCIL_TEST, false, false, Where::Everywhere},
-    {GL_SCISSOR_TEST, false, false, Where::Everywhere},
     {GL_POLYGON_OFFSET_FILL, false, false, Where::Everywhere},
     {GL_SAMPLE_ALPHA_TO_COVERAGE, false, false, Where::Everywhere},
     {GL_SAMPLE_COVERAGE, false, false, Where::Everywhere},
@@ -45,18 +44,6 @@ constexpr Switch switches[] = {
 };
 static_assert(std::size(switches) <= vtxGLHostState::maxSwitches);
 
-struct PixelStore {
-    GLenum name;
-    GLint wanted;
-    GLint byDefault;
-};
-constexpr PixelStore pixelStores[] = {
-    {GL_UNPACK_ALIGNMENT, 1, 4},   {GL_UNPACK_ROW_LENGTH, 0, 0},   {GL_UNPACK_SKIP_ROWS, 0, 0},
-    {GL_UNPACK_SKIP_PIXELS, 0, 0}, {GL_UNPACK_IMAGE_HEIGHT, 0, 0}, {GL_UNPACK_SKIP_IMAGES, 0, 0},
-    {GL_PACK_ALIGNMENT, 1, 4},     {GL_PACK_ROW_LENGTH, 0, 0},     {GL_PACK_SKIP_ROWS, 0, 0},
-    {GL_PACK_SKIP_PIXELS, 0, 0},
-};
-
 bool exists(Switch const& entry, vtxGLContext const& context) {
     return entry.where == Where::Everywhere || (entry.where == Where::Desktop && !context.es) ||
            (entry.where == Where::Srgb && context.srgbControl);
@@ -76,13 +63,12 @@ int vtxGLHostState::getBufferCount_() const {
 }
 
 void vtxGLHostState::enter() {
+    region_.enter(options_.saveHostState);
     if (options_.saveHostState) {
         save_();
     } else {
         for (size_t i = 0; i < std::size(switches); ++i)
             switches_[i] = switches[i].byDefault;
-        for (size_t i = 0; i < std::size(pixelStores); ++i)
-            pixelStore_[i] = pixelStores[i].byDefault;
         clipOrigin_ = GL_LOWER_LEFT;
         clipDepth_ = GL_NEGATIVE_ONE_TO_ONE;
     }
@@ -93,18 +79,16 @@ void vtxGLHostState::enter() {
 void vtxGLHostState::findFramebuffer_() {
     if (options_.hostFramebuffer) {
         framebuffer_ = options_.hostFramebuffer();
+        glBindFramebuffer(GL_FRAMEBUFFER, framebuffer_.name);
     } else {
-        if (!options_.saveHostState) {
+        if (!options_.saveHostState)
             glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &drawFramebuffer_);
-            glGetIntegerv(GL_VIEWPORT, viewport_);
-        }
-        framebuffer_ = {unsigned(drawFramebuffer_), viewport_[0], viewport_[1], viewport_[2], viewport_[3]};
+        vtxGLRegion::Box const view = region_.readViewport();
+        framebuffer_ = {unsigned(drawFramebuffer_), view.x, view.y, view.width, view.height};
     }
     if (options_.saveHostState)
         return;
-    GLint const whole[4] = {framebuffer_.x, framebuffer_.y, framebuffer_.width, framebuffer_.height};
-    std::copy(whole, whole + 4, viewport_);
-    std::copy(whole, whole + 4, scissorBox_);
+    region_.setLeft({framebuffer_.x, framebuffer_.y, framebuffer_.width, framebuffer_.height});
     drawFramebuffer_ = readFramebuffer_ = GLint(framebuffer_.name);
 }
 
@@ -113,19 +97,12 @@ void vtxGLHostState::save_() {
         if (exists(switches[i], context_))
             switches_[i] = glIsEnabled(switches[i].name);
     }
-    for (size_t i = 0; i < std::size(pixelStores); ++i)
-        glGetIntegerv(pixelStores[i].name, &pixelStore_[i]);
     saveBuffers_();
     glGetIntegerv(GL_CURRENT_PROGRAM, &program_);
     glGetIntegerv(GL_VERTEX_ARRAY_BINDING, &vertexArray_);
     glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &arrayBuffer_);
-    glGetIntegerv(GL_PIXEL_UNPACK_BUFFER_BINDING, &pixelUnpackBuffer_);
-    glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING, &pixelPackBuffer_);
     glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &drawFramebuffer_);
     glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING, &readFramebuffer_);
-    glGetIntegerv(GL_RENDERBUFFER_BINDING, &renderbuffer_);
-    glGetIntegerv(GL_VIEWPORT, viewport_);
-    glGetIntegerv(GL_SCISSOR_BOX, scissorBox_);
     glGetFloatv(GL_LINE_WIDTH, &lineWidth_);
     if (!context_.es)
         glGetIntegerv(GL_POLYGON_MODE, polygonMode_);
@@ -163,61 +140,60 @@ void vtxGLHostState::saveBuffers_() {
 }
 
 void vtxGLHostState::applyOwn_() {
-    for (Switch const& entry : switches) {
-        if (exists(entry, context_))
-            setSwitch(entry.name, entry.wanted);
+    for (size_t i = 0; i < std::size(switches); ++i) {
+        bool const known = options_.saveHostState;
+        if (exists(switches[i], context_) && !(known && switches_[i] == switches[i].wanted))
+            setSwitch(switches[i].name, switches[i].wanted);
     }
-    for (PixelStore const& entry : pixelStores)
-        glPixelStorei(entry.name, entry.wanted);
-    glBindBuffer(GL_PIXEL_UNPACK_BUFFER, 0);
-    glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
+    region_.turnScissorOff();
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     glBlendEquation(GL_FUNC_ADD);
-    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
-    // The programs write one colour: further attachments of the host's framebuffer keep what they hold.
-    for (int i = 1; i < getBufferCount_(); ++i)
-        glColorMaski(GLuint(i), GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+    if (getBufferCount_() > 1) {
+        // The programs write one colour: further attachments of the host's framebuffer keep what they hold.
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+        glColorMaski(0, GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    } else {
+        glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    }
     glLineWidth(1.0f);
     if (!context_.es)
         glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     if (context_.clipControl)
         glClipControl(GL_LOWER_LEFT, GL_NEGATIVE_ONE_TO_ONE);
-    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer_.name);
 }
 
 void vtxGLHostState::leave() {
     for (size_t i = 0; i < std::size(switches); ++i) {
-        if (exists(switches[i], context_))
+        if (exists(switches[i], context_) && switches_[i] != switches[i].wanted)
             setSwitch(switches[i].name, switches_[i]);
     }
-    for (size_t i = 0; i < std::size(pixelStores); ++i)
-        glPixelStorei(pixelStores[i].name, pixelStore_[i]);
     restoreBuffers_();
-    restoreObjects_();
-    glViewport(viewport_[0], viewport_[1], viewport_[2], viewport_[3]);
-    glScissor(scissorBox_[0], scissorBox_[1], scissorBox_[2], scissorBox_[3]);
-    glLineWidth(lineWidth_);
-    if (!context_.es)
+    glUseProgram(GLuint(program_));
+    glBindVertexArray(GLuint(vertexArray_));
+    glBindBuffer(GL_ARRAY_BUFFER, GLuint(arrayBuffer_));
+    glBindFramebuffer(GL_FRAMEBUFFER, GLuint(drawFramebuffer_));
+    if (readFramebuffer_ != drawFramebuffer_)
+        glBindFramebuffer(GL_READ_FRAMEBUFFER, GLuint(readFramebuffer_));
+    region_.leave();
+    if (lineWidth_ != 1.0f)
+        glLineWidth(lineWidth_);
+    if (!context_.es && polygonMode_[0] != GL_FILL)
         glPolygonMode(GL_FRONT_AND_BACK, GLenum(polygonMode_[0]));
-    if (context_.clipControl)
+    if (context_.clipControl && (clipOrigin_ != GL_LOWER_LEFT || clipDepth_ != GL_NEGATIVE_ONE_TO_ONE))
         glClipControl(GLenum(clipOrigin_), GLenum(clipDepth_));
 }
 
 void vtxGLHostState::restoreBuffers_() {
-    if (!context_.indexedBlendFunction) {
-        BufferState const& buffer = buffers_[0];
-        glBlendFuncSeparate(GLenum(buffer.functions[0]), GLenum(buffer.functions[1]), GLenum(buffer.functions[2]),
-                            GLenum(buffer.functions[3]));
-        glBlendEquationSeparate(GLenum(buffer.equations[0]), GLenum(buffer.equations[1]));
+    int const count = getBufferCount_();
+    if (std::all_of(buffers_ + 1, buffers_ + count, [this](BufferState const& one) { return one == buffers_[0]; })) {
+        restoreAllBuffers_(buffers_[0]);
+        return;
     }
-    for (int i = 0; i < getBufferCount_(); ++i) {
+    if (!context_.indexedBlendFunction)
+        restoreBlending_(buffers_[0]);
+    for (int i = 0; i < count; ++i) {
         BufferState const& buffer = buffers_[i];
-        if (!context_.indexedBlendEnable) {
-            setSwitch(GL_BLEND, buffer.blend);
-            glColorMask(buffer.mask[0], buffer.mask[1], buffer.mask[2], buffer.mask[3]);
-            continue;
-        }
         if (buffer.blend)
             glEnablei(GL_BLEND, GLuint(i));
         else
@@ -231,13 +207,14 @@ void vtxGLHostState::restoreBuffers_() {
     }
 }
 
-void vtxGLHostState::restoreObjects_() {
-    glUseProgram(GLuint(program_));
-    glBindVertexArray(GLuint(vertexArray_));
-    glBindBuffer(GL_ARRAY_BUFFER, GLuint(arrayBuffer_));
-    glBindBuffer(GL_PIXEL_UNPACK_BUFFER, GLuint(pixelUnpackBuffer_));
-    glBindBuffer(GL_PIXEL_PACK_BUFFER, GLuint(pixelPackBuffer_));
-    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, GLuint(drawFramebuffer_));
-    glBindFramebuffer(GL_READ_FRAMEBUFFER, GLuint(readFramebuffer_));
-    glBindRenderbuffer(GL_RENDERBUFFER, GLuint(renderbuffer_));
+void vtxGLHostState::restoreAllBuffers_(BufferState const& buffer) {
+    setSwitch(GL_BLEND, buffer.blend);
+    glColorMask(buffer.mask[0], buffer.mask[1], buffer.mask[2], buffer.mask[3]);
+    restoreBlending_(buffer);
+}
+
+void vtxGLHostState::restoreBlending_(BufferState const& buffer) {
+    glBlendFuncSeparate(GLenum(buffer.functions[0]), GLenum(buffer.functions[1]), GLenum(buffer.functions[2]),
+                        GLenum(buffer.functions[3]));
+    glBlendEquationSeparate(GLenum(buffer.equations[0]), GLenum(buffer.equations[1]));
 }

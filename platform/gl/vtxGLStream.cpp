@@ -14,8 +14,9 @@ void vtxGLStream::destroy() {
     buffer_ = 0;
 }
 
+void vtxGLStream::bind() { glBindBuffer(GL_ARRAY_BUFFER, buffer_); }
+
 ptrdiff_t vtxGLStream::write(void const* data, size_t size) {
-    glBindBuffer(GL_ARRAY_BUFFER, buffer_);
     if (used_ + size > capacity) {
         glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(capacity), nullptr, GL_STREAM_DRAW);
         used_ = 0;

@@ -14,8 +14,10 @@ public:
 
     void create();
     void destroy();
-    /// Copies at most `capacity` bytes and leaves the buffer bound to GL_ARRAY_BUFFER. Returns where they begin, or -1
-    /// when the driver gave no memory.
+    /// To GL_ARRAY_BUFFER.
+    void bind();
+    /// Copies at most `capacity` bytes; the buffer must be bound. Returns where they begin, a multiple of 16 and of the
+    /// size that all writes are multiples of, or -1 when the driver gave no memory.
     ptrdiff_t write(void const* data, size_t size);
 
 private:

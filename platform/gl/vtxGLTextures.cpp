@@ -28,6 +28,7 @@ void makeSampler(GLuint name, GLint minFilter, GLint magFilter, GLint wrap) {
 }  // namespace
 
 void vtxGLTextures::create() {
+    transfer_.prepare();
     glGenSamplers(4, samplers_);
     makeSampler(samplers_[0], GL_LINEAR, GL_LINEAR, GL_CLAMP_TO_EDGE);
     makeSampler(samplers_[1], GL_NEAREST, GL_NEAREST, GL_CLAMP_TO_EDGE);
@@ -84,6 +85,7 @@ vtxDeviceHandle vtxGLTextures::createTexture(vtxTextureDescription const& descri
 
 void vtxGLTextures::allocate_(Texture& texture) {
     vtxTextureDescription const& description = texture.description;
+    transfer_.prepare();
     glGenTextures(1, &texture.name);
     units_.bindScratch(texture.target, texture.name);
     glTexParameteri(texture.target, GL_TEXTURE_MAX_LEVEL, texture.levels - 1);
@@ -102,7 +104,7 @@ void vtxGLTextures::allocate_(Texture& texture) {
 void vtxGLTextures::clearLayers_(Texture const& texture, int first, int count) {
     GLfloat const nothing[4] = {};
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, copyFramebuffer_);
-    glDisable(GL_SCISSOR_TEST);
+    region_.turnScissorOff();
     for (int layer = first; layer < first + count; ++layer) {
         glFramebufferTextureLayer(GL_DRAW_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, texture.name, 0, layer);
         glClearBufferfv(GL_COLOR, 0, nothing);
@@ -160,6 +162,7 @@ void vtxGLTextures::upload(vtxDeviceHandle handle, int layer, osg::RectImpl<osg:
                  rect.x2, rect.y2, layer);
         return;
     }
+    transfer_.prepare();
     units_.bindScratch(texture->target, texture->name);
     if (description.layers > 0)
         glTexSubImage3D(texture->target, 0, rect.x1, rect.y1, layer, rect.width(), rect.height(), 1,
@@ -274,7 +277,7 @@ void vtxGLTextures::resolve(Target& target) {
     int const width = target.size.x(), height = target.size.y();
     glBindFramebuffer(GL_READ_FRAMEBUFFER, target.msaaFramebuffer);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, target.framebuffer);
-    glDisable(GL_SCISSOR_TEST);
+    region_.turnScissorOff();
     glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
 }
 

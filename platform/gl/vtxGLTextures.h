@@ -3,11 +3,13 @@
 #include <epoxy/gl.h>
 
 #include "platform/gl/vtxGLContext.h"
+#include "platform/gl/vtxGLRegion.h"
+#include "platform/gl/vtxGLTransfer.h"
 #include "platform/gl/vtxGLUnits.h"
 #include "platform/vtx/vtxDevice.h"
 
-/// Internal to the GL back end: textures and render targets. All functions are called inside a pass, whose pixel store
-/// and switches they rely on; those that need a framebuffer bind their own and leave it bound, and say so.
+/// Internal to the GL back end: textures and render targets. All functions are called inside a pass, whose
+/// switches they rely on; those that need a framebuffer bind their own and leave it bound, and say so.
 class vtxGLTextures {
 public:
     struct Texture {
@@ -28,7 +30,8 @@ public:
         bool resolveNeeded = false;
     };
 
-    vtxGLTextures(vtxGLContext const& context, vtxGLUnits& units) : context_(context), units_(units) {}
+    vtxGLTextures(vtxGLContext const& context, vtxGLUnits& units, vtxGLTransfer& transfer, vtxGLRegion& region)
+        : context_(context), units_(units), transfer_(transfer), region_(region) {}
 
     /// Makes what all textures share; in the first pass.
     void create();
@@ -67,6 +70,8 @@ private:
 
     vtxGLContext const& context_;
     vtxGLUnits& units_;
+    vtxGLTransfer& transfer_;
+    vtxGLRegion& region_;
     qor::vector<Texture> textures_;
     qor::vector<Target> targets_;
     GLuint samplers_[4] = {};

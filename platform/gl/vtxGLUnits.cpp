@@ -5,6 +5,7 @@
 void vtxGLUnits::enter(bool saveHostState) {
     saveHostState_ = saveHostState;
     std::fill(touched_, touched_ + count, false);
+    std::fill(waiting_, waiting_ + count, false);
     hostActive_ = GL_TEXTURE0;
     if (saveHostState_)
         glGetIntegerv(GL_ACTIVE_TEXTURE, &hostActive_);
@@ -12,19 +13,63 @@ void vtxGLUnits::enter(bool saveHostState) {
 }
 
 void vtxGLUnits::leave() {
-    for (int i = 0; i < count; ++i) {
-        if (!touched_[i])
-            continue;
-        activate_(i);
-        glBindTexture(GL_TEXTURE_2D, GLuint(host_[i].texture));
-        glBindTexture(GL_TEXTURE_2D_ARRAY, GLuint(host_[i].arrayTexture));
-        glBindSampler(GLuint(i), GLuint(host_[i].sampler));
+    if (multiBind_ && !saveHostState_) {
+        clearTouched_();
+    } else {
+        for (int i = 0; i < count; ++i) {
+            if (!touched_[i])
+                continue;
+            bindNow_(i, GL_TEXTURE_2D, GLuint(host_[i].texture), GLuint(host_[i].sampler));
+            bindNow_(i, GL_TEXTURE_2D_ARRAY, GLuint(host_[i].arrayTexture), GLuint(host_[i].sampler));
+        }
     }
     glActiveTexture(GLenum(hostActive_));
     active_ = -1;
 }
 
+void vtxGLUnits::clearTouched_() {
+    for (int first = 0; first < count; ++first) {
+        int end = first;
+        while (end < count && touched_[end])
+            ++end;
+        if (end == first)
+            continue;
+        glBindTextures(GLuint(first), end - first, nullptr);
+        glBindSamplers(GLuint(first), end - first, nullptr);
+        first = end;
+    }
+}
+
 void vtxGLUnits::bind(int unit, GLenum target, GLuint texture, GLuint sampler) {
+    if (!multiBind_) {
+        bindNow_(unit, target, texture, sampler);
+        return;
+    }
+    touch_(unit);
+    Binding& current = current_[unit];
+    GLint& bound = target == GL_TEXTURE_2D ? current.texture : current.arrayTexture;
+    if (bound != GLint(texture) || current.sampler != GLint(sampler))
+        waiting_[unit] = true;
+    bound = GLint(texture);
+    current.sampler = GLint(sampler);
+    textures_[unit] = texture;
+    samplers_[unit] = sampler;
+}
+
+void vtxGLUnits::flush() {
+    for (int first = 0; first < count; ++first) {
+        int end = first;
+        while (end < count && waiting_[end])
+            waiting_[end++] = false;
+        if (end == first)
+            continue;
+        glBindTextures(GLuint(first), end - first, textures_ + first);
+        glBindSamplers(GLuint(first), end - first, samplers_ + first);
+        first = end;
+    }
+}
+
+void vtxGLUnits::bindNow_(int unit, GLenum target, GLuint texture, GLuint sampler) {
     touch_(unit);
     GLint& bound = target == GL_TEXTURE_2D ? current_[unit].texture : current_[unit].arrayTexture;
     if (bound != GLint(texture)) {
@@ -39,7 +84,7 @@ void vtxGLUnits::bind(int unit, GLenum target, GLuint texture, GLuint sampler) {
 }
 
 void vtxGLUnits::bindScratch(GLenum target, GLuint texture) {
-    bind(scratch, target, texture, 0);
+    bindNow_(scratch, target, texture, 0);
     activate_(scratch);
 }
 
@@ -48,9 +93,9 @@ void vtxGLUnits::forget(GLuint texture) {
         if (!touched_[i])
             continue;
         if (current_[i].texture == GLint(texture))
-            bind(i, GL_TEXTURE_2D, 0, 0);
+            bindNow_(i, GL_TEXTURE_2D, 0, 0);
         if (current_[i].arrayTexture == GLint(texture))
-            bind(i, GL_TEXTURE_2D_ARRAY, 0, 0);
+            bindNow_(i, GL_TEXTURE_2D_ARRAY, 0, 0);
     }
 }
 
