@@ -428,6 +428,7 @@ void vtxGLBackend::drawWith_(vtxGLEffect& effect, vtxGeometryDraw const& draw,
     vtxGLGeometry* geometry = getGeometry_(draw.geometry);
     if (!geometry)
         return;
+    hostState_.prepareGeometry();
     applyRegion_(draw.state);
     textures_.bind(vtxGLEffect::imageUnit, draw.texture, false, draw.sampler);
     units_.flush();

@@ -6,6 +6,8 @@
 namespace {
 
 enum class Where { Everywhere, Desktop, Srgb };
+/// Quads are neither points, lines nor indexed.
+enum class For { AllDrawing, Geometry };
 
 /// What is switched with glEnable and what drawing needs of it.
 struct Switch {
@@ -13,6 +15,7 @@ struct Switch {
     bool wanted;
     bool byDefault;
     Where where;
+    For need = For::AllDrawing;
 };
 
 // Blending and colour masks are kept for each draw buffer, see saveBuffers_.
@@ -28,10 +31,10 @@ constexpr Switch switches[] = {
     {GL_SAMPLE_ALPHA_TO_ONE, false, false, Where::Desktop},
     {GL_SAMPLE_MASK, false, false, Where::Desktop},
     {GL_COLOR_LOGIC_OP, false, false, Where::Desktop},
-    {GL_PRIMITIVE_RESTART, false, false, Where::Desktop},
+    {GL_PRIMITIVE_RESTART, false, false, Where::Desktop, For::Geometry},
     {GL_POLYGON_SMOOTH, false, false, Where::Desktop},
-    {GL_LINE_SMOOTH, false, false, Where::Desktop},
-    {GL_PROGRAM_POINT_SIZE, true, false, Where::Desktop},
+    {GL_LINE_SMOOTH, false, false, Where::Desktop, For::Geometry},
+    {GL_PROGRAM_POINT_SIZE, true, false, Where::Desktop, For::Geometry},
     {GL_CLIP_DISTANCE0, false, false, Where::Desktop},
     {GL_CLIP_DISTANCE0 + 1, false, false, Where::Desktop},
     {GL_CLIP_DISTANCE0 + 2, false, false, Where::Desktop},
@@ -63,12 +66,12 @@ int vtxGLHostState::getBufferCount_() const {
 }
 
 void vtxGLHostState::enter() {
+    geometryPrepared_ = false;
     region_.enter(options_.saveHostState);
+    takeSwitches_(false);
     if (options_.saveHostState) {
         save_();
     } else {
-        for (size_t i = 0; i < std::size(switches); ++i)
-            switches_[i] = switches[i].byDefault;
         clipOrigin_ = GL_LOWER_LEFT;
         clipDepth_ = GL_NEGATIVE_ONE_TO_ONE;
     }
@@ -92,18 +95,34 @@ void vtxGLHostState::findFramebuffer_() {
     drawFramebuffer_ = readFramebuffer_ = GLint(framebuffer_.name);
 }
 
-void vtxGLHostState::save_() {
+void vtxGLHostState::takeSwitches_(bool geometry) {
     for (size_t i = 0; i < std::size(switches); ++i) {
-        if (exists(switches[i], context_))
-            switches_[i] = glIsEnabled(switches[i].name);
+        Switch const& entry = switches[i];
+        if (!exists(entry, context_) || (entry.need == For::Geometry) != geometry)
+            continue;
+        switches_[i] = options_.saveHostState ? glIsEnabled(entry.name) : entry.byDefault;
+        if (!options_.saveHostState || switches_[i] != entry.wanted)
+            setSwitch(entry.name, entry.wanted);
     }
+}
+
+void vtxGLHostState::prepareGeometry() {
+    if (geometryPrepared_)
+        return;
+    geometryPrepared_ = true;
+    takeSwitches_(true);
+    if (options_.saveHostState)
+        glGetFloatv(GL_LINE_WIDTH, &lineWidth_);
+    glLineWidth(1.0f);
+}
+
+void vtxGLHostState::save_() {
     saveBuffers_();
     glGetIntegerv(GL_CURRENT_PROGRAM, &program_);
     glGetIntegerv(GL_VERTEX_ARRAY_BINDING, &vertexArray_);
     glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &arrayBuffer_);
     glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &drawFramebuffer_);
     glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING, &readFramebuffer_);
-    glGetFloatv(GL_LINE_WIDTH, &lineWidth_);
     if (!context_.es)
         glGetIntegerv(GL_POLYGON_MODE, polygonMode_);
     if (context_.clipControl) {
@@ -140,11 +159,6 @@ void vtxGLHostState::saveBuffers_() {
 }
 
 void vtxGLHostState::applyOwn_() {
-    for (size_t i = 0; i < std::size(switches); ++i) {
-        bool const known = options_.saveHostState;
-        if (exists(switches[i], context_) && !(known && switches_[i] == switches[i].wanted))
-            setSwitch(switches[i].name, switches[i].wanted);
-    }
     region_.turnScissorOff();
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
@@ -156,7 +170,6 @@ void vtxGLHostState::applyOwn_() {
     } else {
         glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     }
-    glLineWidth(1.0f);
     if (!context_.es)
         glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     if (context_.clipControl)
@@ -165,7 +178,8 @@ void vtxGLHostState::applyOwn_() {
 
 void vtxGLHostState::leave() {
     for (size_t i = 0; i < std::size(switches); ++i) {
-        if (exists(switches[i], context_) && switches_[i] != switches[i].wanted)
+        bool const taken = switches[i].need == For::AllDrawing || geometryPrepared_;
+        if (taken && exists(switches[i], context_) && switches_[i] != switches[i].wanted)
             setSwitch(switches[i].name, switches_[i]);
     }
     restoreBuffers_();
@@ -176,7 +190,7 @@ void vtxGLHostState::leave() {
     if (readFramebuffer_ != drawFramebuffer_)
         glBindFramebuffer(GL_READ_FRAMEBUFFER, GLuint(readFramebuffer_));
     region_.leave();
-    if (lineWidth_ != 1.0f)
+    if (geometryPrepared_ && lineWidth_ != 1.0f)
         glLineWidth(lineWidth_);
     if (!context_.es && polygonMode_[0] != GL_FILL)
         glPolygonMode(GL_FRONT_AND_BACK, GLenum(polygonMode_[0]));

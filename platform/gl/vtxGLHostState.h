@@ -17,6 +17,8 @@ public:
         : context_(context), options_(options), region_(region) {}
 
     void enter();
+    /// Before triangles, lines and points are drawn: what only these need.
+    void prepareGeometry();
     void leave();
     vtxGLHostFramebuffer const& getFramebuffer() const { return framebuffer_; }
 
@@ -34,6 +36,8 @@ private:
 
     int getBufferCount_() const;
     void findFramebuffer_();
+    /// Reads and sets the switches of all drawing, or those of geometry.
+    void takeSwitches_(bool geometry);
     void save_();
     void saveBuffers_();
     void applyOwn_();
@@ -47,6 +51,7 @@ private:
     vtxGLHostFramebuffer framebuffer_;
 
     // --- As found, or GL's defaults ---
+    bool geometryPrepared_ = false;
     GLboolean switches_[maxSwitches] = {};
     BufferState buffers_[maxDrawBuffers];
     GLint program_ = 0;

@@ -19,19 +19,20 @@ namespace {
 using host::HeadlessApplication;
 using speed_test::GLCalls;
 
-/// The calls of a frame of the gallery as it starts, without its scene.
-void countIdleFrame(HeadlessApplication::BackEnd backEnd, bool stateSaved, int most) {
+}  // namespace
+
+TEST(GLCalls, AreFewInAnIdleFrameOfTheGallery) {
     host::addToolkitAssets();
-    auto* const application = new HeadlessApplication(backEnd);
-    application->setGLStateSaved(stateSaved);
+    auto* const application = new HeadlessApplication(HeadlessApplication::BackEnd::GL);
+    application->setGLStateSaved(false);
     host::HostOptions options;
     options.size = {1280, 800};
     ASSERT_TRUE(application->start(options));
     {
         Gallery const gallery(*application, Options());
-        application->runFrames(10);
         application->setDrawScene({});
         application->setDrawSurfaces({});
+        application->runFrames(4);
         application->setTime(application->getTime() + application->getFrameTime());
         GLCalls const calls;
         gui::GUI& gui = *gui::GUI::get();
@@ -41,21 +42,14 @@ void countIdleFrame(HeadlessApplication::BackEnd backEnd, bool stateSaved, int m
         gui.doRedraw();
         gui.parse();
         gui.draw();
-        std::printf("%d GL calls in an idle frame, state %s\n", calls.getTotal(), stateSaved ? "saved" : "not saved");
-        EXPECT_LE(calls.getTotal(), most) << calls.describe();
-        EXPECT_GE(calls.getCounts().count("glDrawArraysInstanced") +
-                      calls.getCounts().count("glDrawArraysInstancedBaseInstance"),
+        // Where a driver has no glBindTextures, each unit takes three calls.
+        EXPECT_LT(calls.getTotal(), calls.getCounts().count("glBindTextures") ? 60 : 140) << calls.describe();
+        EXPECT_EQ(calls.getCounts().count("glDrawArraysInstancedBaseInstance") +
+                      calls.getCounts().count("glDrawArraysInstanced"),
                   1u);
+        std::printf("%d GL calls\n", calls.getTotal());
     }
     gui::Application::destroy();
-}
-
-}  // namespace
-
-TEST(GLCalls, FewInAnIdleFrame) {
-    countIdleFrame(HeadlessApplication::BackEnd::GL, false, 59);
-    countIdleFrame(HeadlessApplication::BackEnd::GL, true, 259);
-    countIdleFrame(HeadlessApplication::BackEnd::ES, false, 259);
 }
 
 TEST(GLCalls, TheCounterSeesWhateverTheBackEndCalls) {
