@@ -40,7 +40,8 @@ public:
     /// Before the start; off unless asked for.
     void setSystemFontsUsed(bool used) { systemFontsUsed_ = used; }
     bool getSystemFontsUsed() const { return systemFontsUsed_; }
-    /// Before the start: whether the toolkit hands GL's state back as it found it, or at GL's defaults, which costs less
+    /// Before the start: whether the toolkit hands GL's state back as it found it, or at GL's defaults, which costs
+    /// less
     /// (`vtxGLOptions::saveHostState`). On unless told otherwise.
     void setGLStateSaved(bool saved) { stateSaved_ = saved; }
     bool getGLStateSaved() const { return stateSaved_; }
