@@ -120,7 +120,11 @@ function(vorlex_programs folder)
     endforeach()
 endfunction()
 
+# The benchmarks put a malloc of their own in place, as the sanitizers do.
 function(vorlex_benchmarks)
+    if(VORLEX_SANITIZERS)
+        return()
+    endif()
     find_package(benchmark QUIET)
     find_path(VORLEX_CALLGRIND_INCLUDE valgrind/callgrind.h)
     vorlex_sources(sources FOLDERS benchmarks)
