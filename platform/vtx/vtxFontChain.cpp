@@ -46,6 +46,14 @@ bool isShaped(char32_t code) {
                              (code >= 0x10800 && code <= 0x11FFF) || (code >= 0x1E800 && code <= 0x1EEFF));
 }
 
+/// Characters that are neither marks nor invisible and join with nothing but a mark behind them.
+bool isPlain(wchar_t letter) { return letter >= 0x20 && letter < 0x7F; }
+
+/// Whether the character at `index` is plain and no mark or joiner can follow it.
+bool standsAlone(std::wstring_view text, size_t index) {
+    return isPlain(text[index]) && (index + 1 == text.size() || static_cast<char32_t>(text[index + 1]) < 0x300);
+}
+
 /// Where the piece that begins at `begin` ends; one character that stands alone is a piece of its own.
 size_t findPieceEnd(std::wstring_view text, size_t begin) {
     size_t end = begin + 1;
@@ -77,6 +85,7 @@ vtxEm vtxFontChain::measure(std::wstring_view text) {
 
 vtxEm vtxFontChain::layOut(std::wstring_view text, qor::vector<vtxPlacedGlyph>& glyphs) {
     glyphs.clear();
+    glyphs.reserve(text.size());
     return walk_(text, [&glyphs](vtxPlacedGlyph const& glyph) { glyphs.push_back(glyph); });
 }
 
@@ -89,12 +98,46 @@ void vtxFontChain::trim() {
 
 // --- Layout ---
 
+inline vtxFontChain::Character const& vtxFontChain::find_(char32_t codePoint) {
+    Character& character = codePoint < asciiCount ? ascii_[codePoint] : characters_[codePoint];
+    if (character.face < 0)
+        character = lookUp_(codePoint);
+    return character;
+}
+
+inline std::int32_t& vtxFontChain::findKerning_(char32_t left, char32_t right) {
+    if (left < asciiCount && right < asciiCount)
+        return asciiKerning_[left * asciiCount + right];
+    return kerning_.try_emplace((std::uint64_t(left) << 32) | right, unknownKerning).first->second;
+}
+
+inline vtxEm vtxFontChain::getKerning_(char32_t left, char32_t right, int face) {
+    std::int32_t& kept = findKerning_(left, right);
+    if (kept == unknownKerning)
+        kept = static_cast<std::int32_t>(getFace(face).getKerning(left, right));
+    return kept;
+}
+
 template <typename Sink>
 vtxEm vtxFontChain::walk_(std::wstring_view text, Sink&& sink) {
     vtxEm pen = 0;
     char32_t left = 0;
     int leftFace = -1;
+    auto const addCharacter = [&](char32_t code) {
+        Character const& character = find_(code);
+        if (character.face == leftFace)
+            pen += getKerning_(left, code, leftFace);
+        sink(vtxPlacedGlyph{character.face, character.glyph, pen, 0});
+        pen += character.advance;
+        left = code;
+        leftFace = character.face;
+    };
     for (size_t i = 0; i < text.size();) {
+        // Most text is no more than this.
+        if (standsAlone(text, i)) {
+            addCharacter(static_cast<char32_t>(text[i++]));
+            continue;
+        }
         char32_t const code = getCodePoint(text[i]);
         if (isInvisible(code)) {
             leftFace = -1;
@@ -103,13 +146,7 @@ vtxEm vtxFontChain::walk_(std::wstring_view text, Sink&& sink) {
         }
         size_t const end = findPieceEnd(text, i);
         if (end == i + 1 && !isShaped(code) && !isMark(code)) {
-            Character const& character = find_(code);
-            if (character.face == leftFace)
-                pen += getKerning_(left, code, leftFace);
-            sink(vtxPlacedGlyph{character.face, character.glyph, pen, 0});
-            pen += character.advance;
-            left = code;
-            leftFace = character.face;
+            addCharacter(code);
         } else {
             Piece const& piece = shape_(text.substr(i, end - i));
             for (vtxShapedGlyph const& glyph : piece.glyphs)
@@ -120,18 +157,6 @@ vtxEm vtxFontChain::walk_(std::wstring_view text, Sink&& sink) {
         i = end;
     }
     return pen;
-}
-
-vtxEm vtxFontChain::getKerning_(char32_t left, char32_t right, int face) {
-    bool const ascii = left < asciiCount && right < asciiCount;
-    std::int32_t* kept = nullptr;
-    if (ascii)
-        kept = &asciiKerning_[left * asciiCount + right];
-    else
-        kept = &kerning_.try_emplace((std::uint64_t(left) << 32) | right, unknownKerning).first->second;
-    if (*kept == unknownKerning)
-        *kept = static_cast<std::int32_t>(getFace(face).getKerning(left, right));
-    return *kept;
 }
 
 vtxFontChain::Piece const& vtxFontChain::shape_(std::wstring_view text) {
@@ -148,13 +173,6 @@ vtxFontChain::Piece const& vtxFontChain::shape_(std::wstring_view text) {
 }
 
 // --- Characters and faces ---
-
-vtxFontChain::Character const& vtxFontChain::find_(char32_t codePoint) {
-    Character& character = codePoint < asciiCount ? ascii_[codePoint] : characters_[codePoint];
-    if (character.face < 0)
-        character = lookUp_(codePoint);
-    return character;
-}
 
 vtxFontChain::Character vtxFontChain::lookUp_(char32_t codePoint) {
     // A face that lacks these two has what looks the same.

@@ -59,6 +59,7 @@ private:
     bool addNextFace_(char32_t codePoint);
     bool addFace_(vtxFontFace* face);
     int findFaceFor_(std::wstring_view piece);
+    std::int32_t& findKerning_(char32_t left, char32_t right);
     vtxEm getKerning_(char32_t left, char32_t right, int face);
     Piece const& shape_(std::wstring_view piece);
 

@@ -1,7 +1,11 @@
 #pragma once
 
 #include "platform/qor/Containers.h"
+#include "platform/vtx/vtxFontFace.h"
 #include "platform/vtx/vtxGlyphPages.h"
+
+#include <array>
+#include <cstdint>
 
 class vtxFontChain;
 
@@ -27,7 +31,12 @@ public:
 
     /// Glyphs stand on whole pixels if 1, on quarters if 4.
     int getPhaseCount() const { return phases_; }
-    Glyph const& get(int face, unsigned glyph, int phase, vtxGlyphPages& pages);
+    Glyph const& get(int face, unsigned glyph, int phase, vtxGlyphPages& pages) {
+        if (face == 0 && glyph < phasesOf_.size())
+            if (Glyph const* const known = common_[phasesOf_[glyph]][static_cast<std::size_t>(phase)])
+                return *known;
+        return find_(face, glyph, phase, pages);
+    }
     /// Gives all glyphs back.
     void clear(vtxGlyphPages& pages);
 
@@ -35,6 +44,12 @@ public:
     unsigned idle = 0;
 
 private:
+    /// Glyphs of the first face with numbers below this are found without a search.
+    static constexpr unsigned commonCount = 8192;
+    using Phases = std::array<Glyph const*, vtxFontFace::phaseCount>;
+
+    void noteCommon_(unsigned glyph, int phase, Glyph const& found);
+    Glyph const& find_(int face, unsigned glyph, int phase, vtxGlyphPages& pages);
     Glyph make_(int face, unsigned glyph, int phase, vtxGlyphPages& pages) const;
 
     vtxFontChain const& chain_;
@@ -43,4 +58,6 @@ private:
     double stretch_;
     int phases_;
     qor::hash_map<std::uint64_t, Glyph> glyphs_;
+    qor::vector<Phases> common_;           ///< into `glyphs_`; the first has none
+    qor::vector<std::uint16_t> phasesOf_;  ///< place in `common_` by glyph number
 };

@@ -13,7 +13,16 @@ namespace {
 /// GUI units by which the blurs soften.
 constexpr double blurRadius[] = {0.0, 1.0, 3.0};
 
+constexpr int phaseBits = 2;
+static_assert(vtxFontFace::phaseCount == 1 << phaseBits);
+
 double toPixels(vtxEm length, double size) { return static_cast<double>(length) * size / vtxEmUnit; }
+
+/// As std::floor, for what fits into 64 bits.
+std::int64_t floorToInt(double value) {
+    auto const whole = static_cast<std::int64_t>(value);
+    return whole - (static_cast<double>(whole) > value);
+}
 
 /// Away from the baseline, so that no row of a glyph is cut off at any scale; not for a mere rounding error.
 int roundAway(double length) {
@@ -69,8 +78,8 @@ void vtxSizedFont::addGlyphs(Line const& line, vtxShaderQuads& quads, std::share
     float const pixel = 1.0f / line.scale;
     vtxTexture const* page = nullptr;
     for (vtxPlacedGlyph const& placed : store_->placed) {
-        double const step = std::floor(toPixels(placed.x, size) * phases + 0.5);
-        double const x = std::floor(step / phases);
+        std::int64_t const step = floorToInt(toPixels(placed.x, size) * phases + 0.5);
+        std::int64_t const x = phases == 1 ? step : step >> phaseBits;
         vtxGlyphSet::Glyph const& glyph =
             glyphs->get(placed.face, placed.glyph, static_cast<int>(step - x * phases), *store_->pages);
         if (!glyph.page)
@@ -81,11 +90,10 @@ void vtxSizedFont::addGlyphs(Line const& line, vtxShaderQuads& quads, std::share
             page = glyph.page;
             quads.beginBatch(page, static_cast<int>(store_->placed.size()));
         }
-        double const y = std::floor(toPixels(placed.y, size) + 0.5);
-        quads.addBatchQuad(static_cast<float>(line.pen.x() + (x + glyph.x) * pixel),
-                           static_cast<float>(line.pen.y() + (y + glyph.y) * pixel), glyph.width * pixel,
-                           glyph.height * pixel, -1.0f);
-        quads.addBatchTexCoords(glyph.uMin, glyph.vMin, glyph.uMax, glyph.vMax);
+        std::int64_t const y = floorToInt(toPixels(placed.y, size) + 0.5);
+        quads.addBatchQuad({static_cast<float>(line.pen.x() + (static_cast<double>(x) + glyph.x) * pixel),
+                            static_cast<float>(line.pen.y() + (static_cast<double>(y) + glyph.y) * pixel),
+                            glyph.width * pixel, glyph.height * pixel, glyph.uMin, glyph.vMin, glyph.uMax, glyph.vMax});
     }
     if (page)
         quads.endBatch();

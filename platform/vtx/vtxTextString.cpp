@@ -52,7 +52,8 @@ void vtxTextString::build_(float scale) const {
     auto const endLayer = [this](Layer layer) { layerEnds_[layer] = static_cast<int>(quads.getBatches().size()); };
     auto* const sized = dynamic_cast<vtxSizedFont*>(font.get());
     osg::Vec2d const pen(position.x(), position.y());
-    auto const width = font && !text.empty() ? static_cast<float>(font->getTextWidth(text, -1.0f)) : 0.0f;
+    bool const hasBars = isSeen(bkgColor) || (lineThroughHeight > 0 && isSeen(lineThroughColor));
+    auto const width = hasBars && font && !text.empty() ? static_cast<float>(font->getTextWidth(text, -1.0f)) : 0.0f;
 
     if (width > 0.0f && isSeen(bkgColor))
         addBar_(static_cast<float>(-font->getAscender()), width,
