@@ -79,18 +79,6 @@ private:
 
 }  // namespace
 
-struct Text::LayoutInput {
-    std::shared_ptr<vtxFont> font;
-    unsigned scaleEpoch = 0;
-    qor::basic_string<wchar_t> text;
-    osg::Vec2i size;
-    Info info;
-    Insets insets;
-    bool wrapping = false;
-    bool useEllipsis = false;
-    bool deleteInvisibleLines = false;
-};
-
 Text::Text() = default;
 
 Text::~Text() { destroyTextStrings_(0); }
@@ -102,18 +90,25 @@ void Text::change_(T& field, T const& value) {
     if (field == value)
         return;
     field = value;
+    inputChanged_ = true;
     textDirty = true;
 }
 
 void Text::set(Info const& newInfo) {
-    info = newInfo;
+    setFont(newInfo.font, newInfo.fontSize, newInfo.blur);
+    change_(info, newInfo);
     textDirty = true;
 }
 
 void Text::setFont(qor::basic_string<char> const& font, int size, vtxFont::Blur blur) {
-    change_(info.font, font);
-    change_(info.fontSize, size);
-    change_(info.blur, blur);
+    if (info.font == font && info.fontSize == size && info.blur == blur)
+        return;
+    info.font = font;
+    info.fontSize = size;
+    info.blur = blur;
+    font_.reset();
+    inputChanged_ = true;
+    textDirty = true;
 }
 
 void Text::setColor(osg::Vec4f const& color) { change_(info.color, color); }
@@ -147,7 +142,7 @@ osg::Vec2i Text::calcSize(qor::basic_string<wchar_t> const& text, osg::Vec2i con
         return osg::Vec2i(0, 0);
     int width = 0;
     int count = 0;
-    divideTextIntoLines_(*font, text, size, [&](qor::basic_string<wchar_t> const&, int lineWidth) {
+    divideTextIntoLines_(*font, text, size, [&](std::basic_string_view<wchar_t>, int lineWidth) {
         width = std::max(width, lineWidth);
         ++count;
     });
@@ -166,29 +161,29 @@ void Text::divideTextIntoLines_(vtxFont const& font, qor::basic_string<wchar_t> 
     int const availableWidth =
         saturate(static_cast<std::int64_t>(size.x()) - info.align.getHorzAlign().offset - insets.right - insets.left);
     qor::basic_string<wchar_t> shortened;
-    auto const addLine = [&](qor::basic_string<wchar_t> const& line, int width) {
+    using View = std::basic_string_view<wchar_t>;
+    auto const addLine = [&](View line, int width) {
         if (!useEllipsis || width <= availableWidth) {
             emit(line, width);
         } else {
             int const shortenedWidth = EllipsisSearch(font, line, availableWidth).run(shortened);
-            emit(shortened, shortenedWidth);
+            emit(View(shortened), shortenedWidth);
         }
     };
 
     std::size_t const firstEnd = text.find(L'\n');
     if (!wrapping) {
-        qor::basic_string<wchar_t> const line(text, 0, firstEnd);
+        View const line = View(text).substr(0, firstEnd);
         addLine(line, font.getTextWidth(line, rendererScale));
         return;
     }
     auto const measure = [&font](wchar_t const* start, int length) {
         return font.getTextWidth({start, static_cast<std::size_t>(length)}, rendererScale);
     };
-    qor::basic_string<wchar_t> const empty;
     for (std::size_t start = 0, end = firstEnd;; start = end + 1, end = text.find(L'\n', start)) {
         std::size_t const length = std::min(end, text.size()) - start;
         if (length < 1)
-            addLine(empty, 0);
+            addLine(View(), 0);
         else
             textutil::wrapText(text.data() + start, static_cast<int>(length), measure, availableWidth,
                                std::cref(addLine));
@@ -197,44 +192,61 @@ void Text::divideTextIntoLines_(vtxFont const& font, qor::basic_string<wchar_t> 
     }
 }
 
-bool Text::isLaidOut_(std::shared_ptr<vtxFont> const& font, qor::basic_string<wchar_t> const& text,
-                      osg::Vec2i const& size, bool deleteInvisibleLines) {
-    unsigned const scaleEpoch = vtxRenderer::get()->getFontManager()->getScaleEpoch();
-    if (!laidOut_)
-        laidOut_ = std::make_unique<LayoutInput>();
-    LayoutInput& last = *laidOut_;
-    if (last.font == font && last.scaleEpoch == scaleEpoch && last.text == text && last.size == size &&
-        last.info == info && last.insets == insets && last.wrapping == wrapping && last.useEllipsis == useEllipsis &&
-        last.deleteInvisibleLines == deleteInvisibleLines)
-        return true;
-    last = LayoutInput{font, scaleEpoch, text, size, info, insets, wrapping, useEllipsis, deleteInvisibleLines};
-    return false;
+Text::FontEpoch Text::FontEpoch::now() {
+    vtxRenderer& renderer = *vtxRenderer::get();
+    return {renderer.getGeneration(), renderer.getFontManager()->getScaleEpoch()};
+}
+
+bool Text::isFontKnown_(FontEpoch const& epoch) const { return font_ && fontEpoch_ == epoch; }
+
+bool Text::isLaidOutText_(qor::basic_string<wchar_t> const& text) const {
+    return laidOutText_ ? *laidOutText_ == text : lines.size() == 1 && lines.front() == text;
+}
+
+void Text::noteText_(qor::basic_string<wchar_t> const& text) {
+    laidOutText_.reset();
+    if (!isLaidOutText_(text))
+        laidOutText_ = std::make_unique<qor::basic_string<wchar_t>>(text);
 }
 
 void Text::redraw(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size, bool deleteInvisibleLines) {
     if (!textDirty)
         return;
     textDirty = false;
-    std::shared_ptr<vtxFont> const font = findFont(info);
-    if (font && isLaidOut_(font, text, size, deleteInvisibleLines))
+    FontEpoch const epoch = FontEpoch::now();
+    bool const fontKnown = isFontKnown_(epoch);
+    if (fontKnown && !inputChanged_ && laidOutSize_ == size && deletedInvisibleLines_ == deleteInvisibleLines &&
+        isLaidOutText_(text))
         return;
     stringsDirty = true;
-    if (!font) {
+    if (!fontKnown)
+        font_ = findFont(info);
+    if (!font_) {
         destroyTextStrings_(0);
-        laidOut_.reset();
         return;
     }
-    std::size_t count = 0;
-    divideTextIntoLines_(*font, text, size, [&](qor::basic_string<wchar_t> const& line, int) {
-        if (count < lines.size())
-            lines[count] = line;
+    Widths const widths = divide_(text, size);
+    updateTextStrings_(size, calcLineHeight_(*font_), deleteInvisibleLines);
+    placeTextStrings_(size, widths);
+    fontEpoch_ = epoch;
+    laidOutSize_ = size;
+    deletedInvisibleLines_ = deleteInvisibleLines;
+    inputChanged_ = false;
+    noteText_(text);
+}
+
+/// Fills `lines` and tells their widths.
+Text::Widths Text::divide_(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size) {
+    Widths widths;
+    divideTextIntoLines_(*font_, text, size, [&](std::basic_string_view<wchar_t> line, int width) {
+        if (widths.size() < lines.size())
+            lines[widths.size()] = line;
         else
-            lines.push_back(line);
-        ++count;
+            lines.emplace_back(line);
+        widths.push_back(width);
     });
-    lines.resize(count);
-    updateTextStrings_(size, calcLineHeight_(*font), deleteInvisibleLines);
-    placeTextStrings_(font, size);
+    lines.resize(widths.size());
+    return widths;
 }
 
 void Text::updateTextStrings_(osg::Vec2i const& size, int lineHeight, bool deleteInvisibleLines) {
@@ -263,11 +275,11 @@ void Text::destroyTextStrings_(std::size_t keep) {
     }
 }
 
-void Text::placeTextStrings_(std::shared_ptr<vtxFont> const& font, osg::Vec2i const& size) {
+void Text::placeTextStrings_(osg::Vec2i const& size, Widths const& widths) {
     if (lines.empty())
         return;
-    int const lineHeight = calcLineHeight_(*font);
-    int const ascender = font->getAscender();
+    int const lineHeight = calcLineHeight_(*font_);
+    int const ascender = font_->getAscender();
     int const count = static_cast<int>(textStrings.size());
     int y0 = 0;
     int y1 = 0;
@@ -276,10 +288,11 @@ void Text::placeTextStrings_(std::shared_ptr<vtxFont> const& font, osg::Vec2i co
     y0 = saturatingAdd(y0, insets.top);
     int const availableWidth = saturatingSubtract(saturatingSubtract(size.x(), insets.right), insets.left);
     for (int i = 0; i < count; ++i) {
-        vtxTextString& string = *textStrings[static_cast<std::size_t>(i)];
-        string.text = lines[static_cast<std::size_t>(i)];
+        std::size_t const line = static_cast<std::size_t>(i);
+        vtxTextString& string = *textStrings[line];
+        string.text = lines[line];
         string.textLength = static_cast<int>(string.text.size());
-        string.font = font;
+        string.font = font_;
         string.color = info.color;
         string.bkgColor = info.bkgColor;
         string.shadowColor = info.shadowColor;
@@ -288,9 +301,11 @@ void Text::placeTextStrings_(std::shared_ptr<vtxFont> const& font, osg::Vec2i co
         string.lineThroughHeight = info.lineThroughHeight;
         string.lineThroughOffset = info.lineThroughOffset;
         string.shadowOffset = info.shadowOffset;
+        // A wrapped line was measured word by word.
+        int const width = wrapping ? font_->getTextWidth(string.text, rendererScale) : widths[line];
         int x0 = 0;
         int x1 = 0;
-        info.align.getHorzAlign().calc(font->getTextWidth(string.text, rendererScale), availableWidth, x0, x1);
+        info.align.getHorzAlign().calc(width, availableWidth, x0, x1);
         string.position.set(saturatingAdd(insets.left, x0),
                             saturate(std::int64_t(y0) + ascender + std::int64_t(i) * lineHeight));
     }

@@ -10,6 +10,7 @@
 #include "gui_lib/base/Insets.h"
 #include "platform/qor/Api.h"
 #include "platform/qor/Containers.h"
+#include "platform/qor/SmallVector.h"
 #include "platform/qor/String.h"
 #include "platform/vtx/vtxFont.h"
 
@@ -108,8 +109,15 @@ public:
     void make(GraphicCommands* commands, osg::Vec4f const& color) const;
 
 private:
-    /// What the strings were laid out from; equal inputs keep them.
-    struct LayoutInput;
+    /// While it is the same, a name stands for the same font, which has the same measures.
+    struct FontEpoch {
+        unsigned generation = 0;
+        unsigned scale = 0;
+
+        static FontEpoch now();
+        bool operator==(FontEpoch const&) const = default;
+    };
+    using Widths = qor::small_vector<int, 8>;
 
     template <typename T>
     void change_(T& field, T const& value);
@@ -117,10 +125,12 @@ private:
     void divideTextIntoLines_(vtxFont const& font, qor::basic_string<wchar_t> const& text, osg::Vec2i const& size,
                               Emit const& emit) const;
     int calcLineHeight_(vtxFont const& font) const;
-    bool isLaidOut_(std::shared_ptr<vtxFont> const& font, qor::basic_string<wchar_t> const& text,
-                    osg::Vec2i const& size, bool deleteInvisibleLines);
+    bool isFontKnown_(FontEpoch const& epoch) const;
+    bool isLaidOutText_(qor::basic_string<wchar_t> const& text) const;
+    void noteText_(qor::basic_string<wchar_t> const& text);
+    Widths divide_(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size);
     void updateTextStrings_(osg::Vec2i const& size, int lineHeight, bool deleteInvisibleLines);
-    void placeTextStrings_(std::shared_ptr<vtxFont> const& font, osg::Vec2i const& size);
+    void placeTextStrings_(osg::Vec2i const& size, Widths const& widths);
     void destroyTextStrings_(std::size_t keep);
     void make_(GraphicCommands* commands, osg::Vec4f const* color) const;
 
@@ -132,7 +142,17 @@ private:
     bool useEllipsis = false;
     bool textDirty = false;
     bool stringsDirty = false;
-    std::unique_ptr<LayoutInput> laidOut_;
+
+    // What the strings were laid out for, beside the fields above.
+    bool deletedInvisibleLines_ = false;
+    /// A field above that lines or strings follow from has changed since.
+    bool inputChanged_ = true;
+    /// Null before the first layout.
+    std::shared_ptr<vtxFont> font_;
+    FontEpoch fontEpoch_;
+    osg::Vec2i laidOutSize_;
+    /// The text, unless it is the only line as it stands.
+    std::unique_ptr<qor::basic_string<wchar_t>> laidOutText_;
 };
 
 }  // namespace gui

@@ -99,23 +99,18 @@ void vtxFontChain::trim() {
 // --- Layout ---
 
 inline vtxFontChain::Character const& vtxFontChain::find_(char32_t codePoint) {
-    Character& character = codePoint < asciiCount ? ascii_[codePoint] : characters_[codePoint];
-    if (character.face < 0)
-        character = lookUp_(codePoint);
-    return character;
-}
-
-inline std::int32_t& vtxFontChain::findKerning_(char32_t left, char32_t right) {
-    if (left < asciiCount && right < asciiCount)
-        return asciiKerning_[left * asciiCount + right];
-    return kerning_.try_emplace((std::uint64_t(left) << 32) | right, unknownKerning).first->second;
+    if (codePoint < asciiCount && ascii_[codePoint].face >= 0)
+        return ascii_[codePoint];
+    return findElsewhere_(codePoint);
 }
 
 inline vtxEm vtxFontChain::getKerning_(char32_t left, char32_t right, int face) {
-    std::int32_t& kept = findKerning_(left, right);
-    if (kept == unknownKerning)
-        kept = static_cast<std::int32_t>(getFace(face).getKerning(left, right));
-    return kept;
+    if (left < asciiCount && right < asciiCount) {
+        std::int32_t const kept = asciiKerning_[left * asciiCount + right];
+        if (kept != unknownKerning)
+            return kept;
+    }
+    return findKerning_(left, right, face);
 }
 
 template <typename Sink>
@@ -123,30 +118,27 @@ vtxEm vtxFontChain::walk_(std::wstring_view text, Sink&& sink) {
     vtxEm pen = 0;
     char32_t left = 0;
     int leftFace = -1;
-    auto const addCharacter = [&](char32_t code) {
-        Character const& character = find_(code);
-        if (character.face == leftFace)
-            pen += getKerning_(left, code, leftFace);
-        sink(vtxPlacedGlyph{character.face, character.glyph, pen, 0});
-        pen += character.advance;
-        left = code;
-        leftFace = character.face;
-    };
-    for (size_t i = 0; i < text.size();) {
-        // Most text is no more than this.
-        if (standsAlone(text, i)) {
-            addCharacter(static_cast<char32_t>(text[i++]));
-            continue;
+    for (size_t i = 0, end = 0; i < text.size(); i = end) {
+        auto code = static_cast<char32_t>(text[i]);
+        end = i + 1;
+        bool alone = standsAlone(text, i);
+        if (!alone) [[unlikely]] {
+            code = getCodePoint(text[i]);
+            if (isInvisible(code)) {
+                leftFace = -1;
+                continue;
+            }
+            end = findPieceEnd(text, i);
+            alone = end == i + 1 && !isShaped(code) && !isMark(code);
         }
-        char32_t const code = getCodePoint(text[i]);
-        if (isInvisible(code)) {
-            leftFace = -1;
-            ++i;
-            continue;
-        }
-        size_t const end = findPieceEnd(text, i);
-        if (end == i + 1 && !isShaped(code) && !isMark(code)) {
-            addCharacter(code);
+        if (alone) [[likely]] {
+            Character const& character = find_(code);
+            if (character.face == leftFace)
+                pen += getKerning_(left, code, leftFace);
+            sink(vtxPlacedGlyph{character.face, character.glyph, pen, 0});
+            pen += character.advance;
+            left = code;
+            leftFace = character.face;
         } else {
             Piece const& piece = shape_(text.substr(i, end - i));
             for (vtxShapedGlyph const& glyph : piece.glyphs)
@@ -154,7 +146,6 @@ vtxEm vtxFontChain::walk_(std::wstring_view text, Sink&& sink) {
             pen += piece.advance;
             leftFace = -1;
         }
-        i = end;
     }
     return pen;
 }
@@ -173,6 +164,25 @@ vtxFontChain::Piece const& vtxFontChain::shape_(std::wstring_view text) {
 }
 
 // --- Characters and faces ---
+
+vtxFontChain::Character const& vtxFontChain::findElsewhere_(char32_t codePoint) {
+    Character& character = codePoint < asciiCount ? ascii_[codePoint] : characters_[codePoint];
+    if (character.face < 0)
+        character = lookUp_(codePoint);
+    return character;
+}
+
+vtxEm vtxFontChain::findKerning_(char32_t left, char32_t right, int face) {
+    bool const ascii = left < asciiCount && right < asciiCount;
+    std::int32_t* kept = nullptr;
+    if (ascii)
+        kept = &asciiKerning_[left * asciiCount + right];
+    else
+        kept = &kerning_.try_emplace((std::uint64_t(left) << 32) | right, unknownKerning).first->second;
+    if (*kept == unknownKerning)
+        *kept = static_cast<std::int32_t>(getFace(face).getKerning(left, right));
+    return *kept;
+}
 
 vtxFontChain::Character vtxFontChain::lookUp_(char32_t codePoint) {
     // A face that lacks these two has what looks the same.

@@ -55,12 +55,13 @@ private:
     template <typename Sink>
     vtxEm walk_(std::wstring_view text, Sink&& sink);
     Character const& find_(char32_t codePoint);
+    Character const& findElsewhere_(char32_t codePoint);
     Character lookUp_(char32_t codePoint);
     bool addNextFace_(char32_t codePoint);
     bool addFace_(vtxFontFace* face);
     int findFaceFor_(std::wstring_view piece);
-    std::int32_t& findKerning_(char32_t left, char32_t right);
     vtxEm getKerning_(char32_t left, char32_t right, int face);
+    vtxEm findKerning_(char32_t left, char32_t right, int face);
     Piece const& shape_(std::wstring_view piece);
 
     vtxFontCatalog& catalog_;

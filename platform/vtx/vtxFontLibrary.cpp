@@ -89,7 +89,12 @@ void vtxFontLibrary::setSystemFontsUsed(bool used) {
     if (store_->catalog.getSystemFontsUsed() == used)
         return;
     store_->catalog.setSystemFontsUsed(used);
+    forgetNames_();
+}
+
+void vtxFontLibrary::forgetNames_() {
     names_.clear();
+    nameChanges_.fetch_add(1, std::memory_order_acq_rel);
 }
 
 void vtxFontLibrary::reloadChanged(qor::string& error) {
@@ -97,7 +102,7 @@ void vtxFontLibrary::reloadChanged(qor::string& error) {
     if (!store_->catalog.reloadChanged(error))
         return;
     store_->retireChains();
-    names_.clear();
+    forgetNames_();
 }
 
 qor::vector<qor::string> vtxFontLibrary::getFiles() const {

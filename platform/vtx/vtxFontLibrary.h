@@ -4,6 +4,7 @@
 #include "platform/vtx/vtxFontManager.h"
 #include "platform/vtx/vtxSizedFont.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <tuple>
@@ -20,7 +21,7 @@ public:
     // vtxFontManager:
     std::shared_ptr<vtxFont> getFont(qor::basic_string<char> const& name, int size, vtxFont::Blur blur) override;
     void doRedraw() override;
-    unsigned getScaleEpoch() const override { return getScaleEpoch_(); }
+    unsigned getScaleEpoch() const override { return getScaleEpoch_() + nameChanges_.load(std::memory_order_acquire); }
     void setSystemFontsUsed(bool used) override;
     void reloadChanged(qor::string& error) override;
     qor::vector<qor::string> getFiles() const override;
@@ -37,6 +38,7 @@ private:
         unsigned idle = 0;
     };
 
+    void forgetNames_();
     vtxFontFace* findFace_(qor::string const& name, qor::string& message);
 
     std::shared_ptr<vtxFontStore> store_;
@@ -45,4 +47,5 @@ private:
     qor::map<FontKey, Kept> fonts_;
     qor::vector<qor::string> rootsWithoutFont_;
     unsigned scaleEpoch_;
+    std::atomic<unsigned> nameChanges_{0};  ///< how often names may have come to stand for other fonts
 };

@@ -19,8 +19,8 @@ public:
     /// Runs first in the toolkit's doRedraw pass: pages without users go, caches are trimmed.
     virtual void doRedraw() = 0;
 
-    /// Counts up whenever measured widths or built glyphs may differ (a change of scale): whoever keeps built text
-    /// compares it.
+    /// Counts up whenever measured widths or built glyphs may differ (a change of scale) or a name may stand for
+    /// another font: whoever keeps built text or a font compares it.
     virtual unsigned getScaleEpoch() const = 0;
 
     /// Whether fonts that are installed on the system may be used beside the shipped ones (they are, to begin with).

@@ -63,14 +63,14 @@ vtxGlyphSet::Glyph vtxGlyphSet::make_(int face, unsigned glyph, int phase, vtxGl
     constexpr float texel = 1.0f / vtxTextureStore::glyphPageSide;
     made.page = &place.page->record;
     made.owner = place.page;
-    made.x = static_cast<float>((bitmap.left - vtxGlyphPages::border) * stretch);
-    made.y = static_cast<float>((bitmap.top - vtxGlyphPages::border) * stretch);
-    made.width = static_cast<float>(place.width * stretch);
-    made.height = static_cast<float>(place.height * stretch);
-    made.uMin = static_cast<float>(place.x) * texel;
-    made.vMin = static_cast<float>(place.y) * texel;
-    made.uMax = static_cast<float>(place.x + place.width) * texel;
-    made.vMax = static_cast<float>(place.y + place.height) * texel;
+    made.quad = {static_cast<float>((bitmap.left - vtxGlyphPages::border) * stretch),
+                 static_cast<float>((bitmap.top - vtxGlyphPages::border) * stretch),
+                 static_cast<float>(place.width * stretch),
+                 static_cast<float>(place.height * stretch),
+                 static_cast<float>(place.x) * texel,
+                 static_cast<float>(place.y) * texel,
+                 static_cast<float>(place.x + place.width) * texel,
+                 static_cast<float>(place.y + place.height) * texel};
     return made;
 }
 

@@ -3,6 +3,7 @@
 #include "platform/qor/Containers.h"
 #include "platform/vtx/vtxFontFace.h"
 #include "platform/vtx/vtxGlyphPages.h"
+#include "platform/vtx/vtxShaderQuads.h"
 
 #include <array>
 #include <cstdint>
@@ -18,11 +19,10 @@ public:
     /// Up to this size in pixels a glyph is rasterised for each quarter of a pixel on which its pen may stand.
     static constexpr double maxPhasedSize = 40.0;
 
-    /// Pixels from the whole pixel at or before the pen; the texture coordinates are those of the page.
     struct Glyph {
         vtxTexture const* page = nullptr;  ///< null: shows nothing
-        float x = 0.0f, y = 0.0f, width = 0.0f, height = 0.0f;
-        float uMin = 0.0f, vMin = 0.0f, uMax = 0.0f, vMax = 0.0f;
+        /// Pixels from the whole pixel at or before the pen; the texture coordinates are those of the page.
+        vtxShaderQuads::Quad quad = {};
         vtxGlyphPages::Page* owner = nullptr;
     };
 

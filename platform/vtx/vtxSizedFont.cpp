@@ -58,7 +58,8 @@ vtxGlyphSet* vtxSizedFont::getGlyphs_(Line const& line, std::shared_ptr<void con
         kept.glyphs = store_->getGlyphs(chain_, size_ * scale, line.softened ? blurRadius[blur_] * scale : 0.0);
         kept.scale = line.scale;
     }
-    hold = kept.glyphs;
+    if (hold != kept.glyphs)
+        hold = kept.glyphs;
     return kept.glyphs.get();
 }
 
@@ -76,6 +77,7 @@ void vtxSizedFont::addGlyphs(Line const& line, vtxShaderQuads& quads, std::share
     double const size = size_ * static_cast<double>(line.scale);
     int const phases = glyphs->getPhaseCount();
     float const pixel = 1.0f / line.scale;
+    osg::Vec2d const pen = line.pen;
     vtxTexture const* page = nullptr;
     for (vtxPlacedGlyph const& placed : store_->placed) {
         std::int64_t const step = floorToInt(toPixels(placed.x, size) * phases + 0.5);
@@ -90,10 +92,14 @@ void vtxSizedFont::addGlyphs(Line const& line, vtxShaderQuads& quads, std::share
             page = glyph.page;
             quads.beginBatch(page, static_cast<int>(store_->placed.size()));
         }
-        std::int64_t const y = floorToInt(toPixels(placed.y, size) + 0.5);
-        quads.addBatchQuad({static_cast<float>(line.pen.x() + (static_cast<double>(x) + glyph.x) * pixel),
-                            static_cast<float>(line.pen.y() + (static_cast<double>(y) + glyph.y) * pixel),
-                            glyph.width * pixel, glyph.height * pixel, glyph.uMin, glyph.vMin, glyph.uMax, glyph.vMax});
+        // Only marks leave the baseline.
+        double const y = placed.y == 0 ? 0.0 : static_cast<double>(floorToInt(toPixels(placed.y, size) + 0.5));
+        vtxShaderQuads::Quad quad = glyph.quad;
+        quad.x = static_cast<float>(pen.x() + (static_cast<double>(x) + quad.x) * pixel);
+        quad.y = static_cast<float>(pen.y() + (y + quad.y) * pixel);
+        quad.w *= pixel;
+        quad.h *= pixel;
+        quads.addBatchQuad(quad);
     }
     if (page)
         quads.endBatch();
