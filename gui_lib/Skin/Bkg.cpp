@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cfloat>
 
+#include "gui_lib/Skin/LookEpoch.h"
 #include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "platform/qor/BlockPool.h"
@@ -19,8 +20,10 @@ namespace {
 unsigned packColor(osg::Vec4f const& color) {
     unsigned word = 0;
     for (int i = 0; i < 4; ++i) {
-        float const component = std::clamp(color[i] * 255.0f, 0.0f, 255.0f);
-        word |= static_cast<unsigned>(qor::truncateToInt(component)) << (8 * i);
+        // What is no number counts as 0.
+        float const component = color[i] * 255.0f;
+        unsigned const byte = component > 0.0f ? static_cast<unsigned>(std::min(component, 255.0f)) : 0;
+        word |= byte << (8 * i);
     }
     return word;
 }
@@ -66,13 +69,24 @@ void Bkg::set(Info const& info) {
     geometryDirty = true;
 }
 
+void Bkg::setShared(Info const& info) {
+    unsigned const epoch = skin::LookEpoch::now();
+    if (shared_ == &info && sharedEpoch_ == epoch)
+        return;
+    set(info);
+    shared_ = &info;
+    sharedEpoch_ = epoch;
+}
+
 void Bkg::setCellColors(qor::vector<osg::Vec4f> const& colors) {
+    shared_ = nullptr;
     if (colors.size() != CellCount)
         return;
     std::transform(colors.begin(), colors.end(), cellColors, packColor);
 }
 
 void Bkg::setInsets(Insets const& newInsets) {
+    shared_ = nullptr;
     if (insets == newInsets)
         return;
     insets = newInsets;
@@ -84,6 +98,7 @@ void Bkg::setTexture(qor::basic_string<char> const& file, osg::RectImpl<osg::Vec
 }
 
 void Bkg::setTexture(vtxTexture* newTexture) {
+    shared_ = nullptr;
     if (texture == newTexture)
         return;
     releaseTexture(texture);

@@ -68,6 +68,8 @@ public:
     // --- Description ---
     /// Takes texture, insets and colours, and always asks for a new layout.
     void set(Info const& info);
+    /// As `set`, for an `info` that stays as it is while `LookEpoch` does: at once where it is what was set last.
+    void setShared(Info const& info);
     /// Ignored unless there are nine. Shows after the next layout, which the colours alone do not ask for.
     void setCellColors(qor::vector<osg::Vec4f> const& colors);
     void setInsets(Insets const& insets);
@@ -111,6 +113,9 @@ private:
     Rect cellTexCoords[CellCount];        ///< uMin, vMin, uMax, vMax
     bool geometryDirty = false;
     bool quadsDirty = false;
+    unsigned sharedEpoch_ = 0;
+    /// What texture, insets and colours are those of, in that epoch; null for nothing that is shared.
+    Info const* shared_ = nullptr;
 };
 
 }  // namespace gui

@@ -4,6 +4,7 @@
 #include <tuple>
 #include <typeinfo>
 
+#include "gui_lib/Skin/LookEpoch.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/Skin/SkinTableCache.h"
 #include "gui_lib/Skin/StateInfo.h"
@@ -198,6 +199,7 @@ Data::StateTable& Data::editStates_() {
 }
 
 StateInfo& Data::editStateInfo_(InteractiveState state, int inner) {
+    LookEpoch::advance();
     std::shared_ptr<StateInfo>& entry = editStates_()[state][inner];
     if (!entry || entry.use_count() > 1)
         entry = makeStateInfo_(entry.get());

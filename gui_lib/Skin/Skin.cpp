@@ -267,7 +267,7 @@ void Skin::redrawBkg_(InteractiveState state, int inner) {
     }
     if (!bkg)
         bkg = new Bkg;
-    bkg->set(*info);
+    bkg->setShared(*info);
     bkg->setSize(size);
     bkg->redraw();
 }

@@ -1,10 +1,12 @@
 #include "gui_lib/Skin/StateInfo.h"
 
+#include "gui_lib/Skin/LookEpoch.h"
+
 #include <lua.hpp>
 
 namespace gui::skin {
 
-StateInfo::~StateInfo() = default;
+StateInfo::~StateInfo() { LookEpoch::advance(); }
 
 void StateInfo::load(lua_State* L) {
     hasBkg = luautil::getValue(L, "bkg", bkg);

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr size_t maxPieceLength = 64;
-constexpr std::int32_t unknownKerning = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t unknownStep = std::numeric_limits<std::int32_t>::min();
 constexpr size_t maxFaces = 32;
 
 constexpr char32_t zeroWidthNonJoiner = 0x200C;
@@ -46,13 +46,8 @@ bool isShaped(char32_t code) {
                              (code >= 0x10800 && code <= 0x11FFF) || (code >= 0x1E800 && code <= 0x1EEFF));
 }
 
-/// Characters that are neither marks nor invisible and join with nothing but a mark behind them.
-bool isPlain(wchar_t letter) { return letter >= 0x20 && letter < 0x7F; }
-
-/// Whether the character at `index` is plain and no mark or joiner can follow it.
-bool standsAlone(std::wstring_view text, size_t index) {
-    return isPlain(text[index]) && (index + 1 == text.size() || static_cast<char32_t>(text[index + 1]) < 0x300);
-}
+/// Characters that are neither marks nor invisible and join with nothing.
+bool isPlain(char32_t code) { return code >= 0x20 && code < 0x7F; }
 
 /// Where the piece that begins at `begin` ends; one character that stands alone is a piece of its own.
 size_t findPieceEnd(std::wstring_view text, size_t begin) {
@@ -76,16 +71,22 @@ size_t findPieceEnd(std::wstring_view text, size_t begin) {
 
 vtxFontChain::vtxFontChain(vtxFontCatalog& catalog, vtxFontFace& face) : catalog_(catalog) {
     faces_.push_back(&face);
-    asciiKerning_.assign(asciiCount * asciiCount, unknownKerning);
+    steps_.assign(asciiCount * asciiCount, unknownStep);
 }
 
 vtxEm vtxFontChain::measure(std::wstring_view text) {
-    return walk_(text, [](vtxPlacedGlyph const&) {});
+    vtxEm width = 0;
+    auto const ignore = [](vtxPlacedGlyph const&) {};
+    return walkPlain_(text, width, ignore) ? width : walk_(text, ignore);
 }
 
 vtxEm vtxFontChain::layOut(std::wstring_view text, qor::vector<vtxPlacedGlyph>& glyphs) {
+    vtxEm width = 0;
+    glyphs.resize(text.size());
+    vtxPlacedGlyph* place = glyphs.data();
+    if (walkPlain_(text, width, [&place](vtxPlacedGlyph const& glyph) { *place++ = glyph; }))
+        return width;
     glyphs.clear();
-    glyphs.reserve(text.size());
     return walk_(text, [&glyphs](vtxPlacedGlyph const& glyph) { glyphs.push_back(glyph); });
 }
 
@@ -98,19 +99,36 @@ void vtxFontChain::trim() {
 
 // --- Layout ---
 
-inline vtxFontChain::Character const& vtxFontChain::find_(char32_t codePoint) {
-    if (codePoint < asciiCount && ascii_[codePoint].face >= 0)
-        return ascii_[codePoint];
-    return findElsewhere_(codePoint);
+/// For text of plain characters that follow one another as before, which is most text; false for any other.
+template <typename Sink>
+bool vtxFontChain::walkPlain_(std::wstring_view text, vtxEm& width, Sink&& sink) {
+    vtxEm pen = 0;
+    char32_t left = 0;
+    for (wchar_t const letter : text) {
+        auto const code = static_cast<char32_t>(letter);
+        if (!isPlain(code))
+            return false;
+        std::int32_t step = steps_[left * asciiCount + code];
+        if (step == unknownStep && (step = noteStep_(left, code)) == unknownStep)
+            return false;
+        Character const& character = ascii_[code];
+        pen += step;
+        sink(vtxPlacedGlyph{character.face, character.glyph, pen - character.advance, 0});
+        left = code;
+    }
+    width = pen;
+    return true;
 }
 
-inline vtxEm vtxFontChain::getKerning_(char32_t left, char32_t right, int face) {
-    if (left < asciiCount && right < asciiCount) {
-        std::int32_t const kept = asciiKerning_[left * asciiCount + right];
-        if (kept != unknownKerning)
-            return kept;
-    }
-    return findKerning_(left, right, face);
+/// The step from behind `left`, or from the start for 0, to behind `right`.
+std::int32_t vtxFontChain::noteStep_(char32_t left, char32_t right) {
+    Character const& character = find_(right);
+    vtxEm step = character.advance;
+    if (left && find_(left).face == character.face)
+        step += getKerning_(left, right, character.face);
+    if (step <= unknownStep || step > std::numeric_limits<std::int32_t>::max())
+        return unknownStep;
+    return steps_[left * asciiCount + right] = static_cast<std::int32_t>(step);
 }
 
 template <typename Sink>
@@ -119,19 +137,14 @@ vtxEm vtxFontChain::walk_(std::wstring_view text, Sink&& sink) {
     char32_t left = 0;
     int leftFace = -1;
     for (size_t i = 0, end = 0; i < text.size(); i = end) {
-        auto code = static_cast<char32_t>(text[i]);
+        char32_t const code = getCodePoint(text[i]);
         end = i + 1;
-        bool alone = standsAlone(text, i);
-        if (!alone) [[unlikely]] {
-            code = getCodePoint(text[i]);
-            if (isInvisible(code)) {
-                leftFace = -1;
-                continue;
-            }
-            end = findPieceEnd(text, i);
-            alone = end == i + 1 && !isShaped(code) && !isMark(code);
+        if (isInvisible(code)) {
+            leftFace = -1;
+            continue;
         }
-        if (alone) [[likely]] {
+        end = findPieceEnd(text, i);
+        if (end == i + 1 && !isShaped(code) && !isMark(code)) {
             Character const& character = find_(code);
             if (character.face == leftFace)
                 pen += getKerning_(left, code, leftFace);
@@ -165,23 +178,23 @@ vtxFontChain::Piece const& vtxFontChain::shape_(std::wstring_view text) {
 
 // --- Characters and faces ---
 
-vtxFontChain::Character const& vtxFontChain::findElsewhere_(char32_t codePoint) {
+vtxFontChain::Character const& vtxFontChain::find_(char32_t codePoint) {
     Character& character = codePoint < asciiCount ? ascii_[codePoint] : characters_[codePoint];
     if (character.face < 0)
         character = lookUp_(codePoint);
     return character;
 }
 
-vtxEm vtxFontChain::findKerning_(char32_t left, char32_t right, int face) {
-    bool const ascii = left < asciiCount && right < asciiCount;
-    std::int32_t* kept = nullptr;
-    if (ascii)
-        kept = &asciiKerning_[left * asciiCount + right];
-    else
-        kept = &kerning_.try_emplace((std::uint64_t(left) << 32) | right, unknownKerning).first->second;
-    if (*kept == unknownKerning)
-        *kept = static_cast<std::int32_t>(getFace(face).getKerning(left, right));
-    return *kept;
+vtxEm vtxFontChain::getKerning_(char32_t left, char32_t right, int face) {
+    if (left < asciiCount && right < asciiCount) {
+        std::int32_t const step = steps_[left * asciiCount + right];
+        if (step != unknownStep)
+            return step - ascii_[right].advance;
+    }
+    auto const [entry, isNew] = kerning_.try_emplace((std::uint64_t(left) << 32) | right, 0);
+    if (isNew)
+        entry->second = static_cast<std::int32_t>(getFace(face).getKerning(left, right));
+    return entry->second;
 }
 
 vtxFontChain::Character vtxFontChain::lookUp_(char32_t codePoint) {

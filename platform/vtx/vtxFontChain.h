@@ -53,15 +53,16 @@ private:
     static constexpr size_t maxPairs = 65536;
 
     template <typename Sink>
+    bool walkPlain_(std::wstring_view text, vtxEm& width, Sink&& sink);
+    template <typename Sink>
     vtxEm walk_(std::wstring_view text, Sink&& sink);
     Character const& find_(char32_t codePoint);
-    Character const& findElsewhere_(char32_t codePoint);
     Character lookUp_(char32_t codePoint);
     bool addNextFace_(char32_t codePoint);
     bool addFace_(vtxFontFace* face);
     int findFaceFor_(std::wstring_view piece);
     vtxEm getKerning_(char32_t left, char32_t right, int face);
-    vtxEm findKerning_(char32_t left, char32_t right, int face);
+    std::int32_t noteStep_(char32_t left, char32_t right);
     Piece const& shape_(std::wstring_view piece);
 
     vtxFontCatalog& catalog_;
@@ -69,7 +70,7 @@ private:
     size_t shippedTried_ = 0;
     Character ascii_[asciiCount];
     qor::hash_map<char32_t, Character> characters_;
-    qor::vector<std::int32_t> asciiKerning_;  ///< by left * asciiCount + right
+    qor::vector<std::int32_t> steps_;  ///< advances with kerning, by left * asciiCount + right
     qor::hash_map<std::uint64_t, std::int32_t> kerning_;
     qor::hash_map<qor::wstring, Piece> pieces_;
 };

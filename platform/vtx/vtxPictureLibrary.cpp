@@ -27,7 +27,9 @@ qor::string getDoubledPath(qor::string const& path) {
 }  // namespace
 
 vtxPictureLibrary::vtxPictureLibrary(vtxTextureStore& store, Hooks hooks)
-    : store_(store), hooks_(std::move(hooks)), doubled_(hooks_.getScale() > doubleScale) {}
+    : store_(store), hooks_(std::move(hooks)), doubled_(hooks_.getScale() > doubleScale) {
+    changes_.fetch_add(1, std::memory_order_acq_rel);
+}
 
 vtxPictureLibrary::~vtxPictureLibrary() {
     for (auto const& [texture, entry] : entries_)
@@ -217,6 +219,7 @@ void vtxPictureLibrary::followScale_() {
 
 void vtxPictureLibrary::reloadChanged(qor::string& error) {
     std::lock_guard const guard(mutex_);
+    changes_.fetch_add(1, std::memory_order_acq_rel);
     for (auto const& [name, file] : files_) {
         if ((!file->image && !file->failed) || !noteStamps_(*file))
             continue;

@@ -8,6 +8,7 @@
 #include "platform/vtx/vtxTextureManager.h"
 #include "platform/vtx/vtxTextureRecord.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <tuple>
@@ -42,6 +43,8 @@ public:
     void flushReleased() override;
     void reloadChanged(qor::string& error) override;
     qor::vector<qor::string> getFiles() const override;
+
+    static unsigned getChangeCount() { return changes_.load(std::memory_order_acquire); }
 
     // --- Counters for tests and statistics ---
     int getTextureCount() const;
@@ -93,6 +96,8 @@ private:
     void followScale_();
     bool noteStamps_(File& file) const;
     void reload_(File& file, qor::string& error);
+
+    static inline std::atomic<unsigned> changes_{0};
 
     vtxTextureStore& store_;
     Hooks hooks_;

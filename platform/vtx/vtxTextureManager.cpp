@@ -5,6 +5,8 @@
 
 vtxTextureManager::~vtxTextureManager() = default;
 
+unsigned vtxTextureManager::getChangeCount() { return vtxPictureLibrary::getChangeCount(); }
+
 std::unique_ptr<vtxTextureManager> vtxCreateTextureManager(vtxRendererCore& core) {
     vtxPictureLibrary::Hooks hooks;
     hooks.getScale = [&core] { return core.getScale(); };

@@ -31,6 +31,10 @@ public:
     /// Ends textures without references that have not been asked for lately, and targets' records that are due.
     virtual void flushReleased() = 0;
 
+    /// Counts up whenever a file may have come to stand for another texture, with a new manager too. `getTexture` gives
+    /// the texture that it gave before, as long as that has references.
+    static unsigned getChangeCount();
+
     // --- Live reload ---
     /// Reads pictures anew whose files have changed since they were read: `getTexture` gives
     /// other textures for them from now on. One that cannot be read stays
