@@ -157,6 +157,22 @@ Data::InnerTable const* Data::findInnerStateInfos_(InteractiveState state) const
 }
 
 StateInfo* Data::findStateInfo_(InteractiveState state, int inner) const {
+    // A redraw asks for one look after the other of a table that most widgets of a class share.
+    struct Answer {
+        StateTable const* table = nullptr;
+        unsigned epoch = 0;
+        InteractiveState state = InteractiveStateReleased;
+        int inner = 0;
+        StateInfo* found = nullptr;
+    };
+    static Answer last;
+    unsigned const epoch = LookEpoch::now();
+    if (last.table != states.get() || last.epoch != epoch || last.state != state || last.inner != inner)
+        last = {states.get(), epoch, state, inner, searchStateInfo_(state, inner)};
+    return last.found;
+}
+
+StateInfo* Data::searchStateInfo_(InteractiveState state, int inner) const {
     InnerTable const* inners = findInnerStateInfos_(state);
     if (!inners && state != InteractiveStateReleased)
         inners = findInnerStateInfos_(InteractiveStateReleased);
@@ -192,6 +208,7 @@ Text::Info const* Data::getText(InteractiveState state, int inner) const {
 }
 
 Data::StateTable& Data::editStates_() {
+    LookEpoch::advance();
     MeasurePass::forgetAll();
     if (states.use_count() > 1)
         states = std::allocate_shared<StateTable>(qor::allocator<StateTable>(), *states);
@@ -199,7 +216,6 @@ Data::StateTable& Data::editStates_() {
 }
 
 StateInfo& Data::editStateInfo_(InteractiveState state, int inner) {
-    LookEpoch::advance();
     std::shared_ptr<StateInfo>& entry = editStates_()[state][inner];
     if (!entry || entry.use_count() > 1)
         entry = makeStateInfo_(entry.get());

@@ -97,7 +97,8 @@ protected:
 
     virtual void loadState_(lua_State* L, InteractiveState state);
     virtual void unloadState_(lua_State* L, InteractiveState state, InnerTable const& inners) const;
-    /// The entry for a state and inner state, after the fallbacks within the table; null without one.
+    /// The entry for a state and inner state, after the fallbacks within the table; null without one. Its looks count as
+    /// unchanged until `LookEpoch` is another: entries are written by `editStateInfo_` only.
     virtual StateInfo* findStateInfo_(InteractiveState state, int inner) const;
     virtual void loadParams_(lua_State* L);
     virtual void unloadParams_(lua_State* L) const;
@@ -160,6 +161,7 @@ private:
     template <class Info>
     void setLook_(bool StateInfo::*has, Info StateInfo::*field, Info const* info, InteractiveState state, int inner);
     void readParams_(lua_State* L);
+    StateInfo* searchStateInfo_(InteractiveState state, int inner) const;
     StateTable& editStates_();
     void addUser_(Skin* skin);
     void removeUser_(Skin* skin);

@@ -287,7 +287,7 @@ void Skin::redrawText_(InteractiveState state, int inner) {
     text->setWrapping(data->getTextWrapping());
     text->setUseEllipsis(data->getUseEllipsis());
     text->setInsets(data->getInsets());
-    text->set(*info);
+    text->setShared(*info);
     text->redraw(getDisplayText_(), getWidgetNonZoomedSize_(), deleteInvisibleTextLines());
 }
 

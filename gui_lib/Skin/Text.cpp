@@ -7,6 +7,7 @@
 #include <functional>
 #include <limits>
 
+#include "gui_lib/Skin/LookEpoch.h"
 #include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/base/textutil.h"
 #include "gui_lib/graphics/GraphicCommands.h"
@@ -90,6 +91,7 @@ void Text::change_(T& field, T const& value) {
     if (field == value)
         return;
     field = value;
+    shared_ = nullptr;
     inputChanged_ = true;
     textDirty = true;
 }
@@ -100,6 +102,16 @@ void Text::set(Info const& newInfo) {
     textDirty = true;
 }
 
+void Text::setShared(Info const& newInfo) {
+    unsigned const epoch = skin::LookEpoch::now();
+    if (shared_ != &newInfo || sharedEpoch_ != epoch) {
+        set(newInfo);
+        shared_ = &newInfo;
+        sharedEpoch_ = epoch;
+    }
+    textDirty = true;
+}
+
 void Text::setFont(qor::basic_string<char> const& font, int size, vtxFont::Blur blur) {
     if (info.font == font && info.fontSize == size && info.blur == blur)
         return;
@@ -107,6 +119,7 @@ void Text::setFont(qor::basic_string<char> const& font, int size, vtxFont::Blur 
     info.fontSize = size;
     info.blur = blur;
     font_.reset();
+    shared_ = nullptr;
     inputChanged_ = true;
     textDirty = true;
 }

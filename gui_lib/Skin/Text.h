@@ -54,6 +54,8 @@ public:
 
     // --- Style ---
     void set(Info const& info);
+    /// As `set`, for an `info` that stays as it is while `LookEpoch` does: at once where it is what was set last.
+    void setShared(Info const& info);
     void setFont(qor::basic_string<char> const& font, int size, vtxFont::Blur blur);
     qor::basic_string<char> const& getFont() const { return info.font; }
     int getFontSize() const { return info.fontSize; }
@@ -147,6 +149,9 @@ private:
     bool deletedInvisibleLines_ = false;
     /// A field above that lines or strings follow from has changed since.
     bool inputChanged_ = true;
+    unsigned sharedEpoch_ = 0;
+    /// What `info` is a copy of, in that epoch; null for nothing that is shared.
+    Info const* shared_ = nullptr;
     /// Null before the first layout.
     std::shared_ptr<vtxFont> font_;
     FontEpoch fontEpoch_;

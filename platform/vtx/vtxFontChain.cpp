@@ -10,7 +10,6 @@
 namespace {
 
 constexpr size_t maxPieceLength = 64;
-constexpr std::int32_t unknownStep = std::numeric_limits<std::int32_t>::min();
 constexpr size_t maxFaces = 32;
 
 constexpr char32_t zeroWidthNonJoiner = 0x200C;
@@ -46,9 +45,6 @@ bool isShaped(char32_t code) {
                              (code >= 0x10800 && code <= 0x11FFF) || (code >= 0x1E800 && code <= 0x1EEFF));
 }
 
-/// Characters that are neither marks nor invisible and join with nothing.
-bool isPlain(char32_t code) { return code >= 0x20 && code < 0x7F; }
-
 /// Where the piece that begins at `begin` ends; one character that stands alone is a piece of its own.
 size_t findPieceEnd(std::wstring_view text, size_t begin) {
     size_t end = begin + 1;
@@ -71,23 +67,11 @@ size_t findPieceEnd(std::wstring_view text, size_t begin) {
 
 vtxFontChain::vtxFontChain(vtxFontCatalog& catalog, vtxFontFace& face) : catalog_(catalog) {
     faces_.push_back(&face);
-    steps_.assign(asciiCount * asciiCount, unknownStep);
+    steps_.assign(plainCount * plainCount, unknownStep);
 }
 
 vtxEm vtxFontChain::measure(std::wstring_view text) {
-    vtxEm width = 0;
-    auto const ignore = [](vtxPlacedGlyph const&) {};
-    return walkPlain_(text, width, ignore) ? width : walk_(text, ignore);
-}
-
-vtxEm vtxFontChain::layOut(std::wstring_view text, qor::vector<vtxPlacedGlyph>& glyphs) {
-    vtxEm width = 0;
-    glyphs.resize(text.size());
-    vtxPlacedGlyph* place = glyphs.data();
-    if (walkPlain_(text, width, [&place](vtxPlacedGlyph const& glyph) { *place++ = glyph; }))
-        return width;
-    glyphs.clear();
-    return walk_(text, [&glyphs](vtxPlacedGlyph const& glyph) { glyphs.push_back(glyph); });
+    return layOut(text, [](vtxPlacedGlyph const&, char32_t) {});
 }
 
 void vtxFontChain::trim() {
@@ -99,27 +83,6 @@ void vtxFontChain::trim() {
 
 // --- Layout ---
 
-/// For text of plain characters that follow one another as before, which is most text; false for any other.
-template <typename Sink>
-bool vtxFontChain::walkPlain_(std::wstring_view text, vtxEm& width, Sink&& sink) {
-    vtxEm pen = 0;
-    char32_t left = 0;
-    for (wchar_t const letter : text) {
-        auto const code = static_cast<char32_t>(letter);
-        if (!isPlain(code))
-            return false;
-        std::int32_t step = steps_[left * asciiCount + code];
-        if (step == unknownStep && (step = noteStep_(left, code)) == unknownStep)
-            return false;
-        Character const& character = ascii_[code];
-        pen += step;
-        sink(vtxPlacedGlyph{character.face, character.glyph, pen - character.advance, 0});
-        left = code;
-    }
-    width = pen;
-    return true;
-}
-
 /// The step from behind `left`, or from the start for 0, to behind `right`.
 std::int32_t vtxFontChain::noteStep_(char32_t left, char32_t right) {
     Character const& character = find_(right);
@@ -128,39 +91,36 @@ std::int32_t vtxFontChain::noteStep_(char32_t left, char32_t right) {
         step += getKerning_(left, right, character.face);
     if (step <= unknownStep || step > std::numeric_limits<std::int32_t>::max())
         return unknownStep;
-    return steps_[left * asciiCount + right] = static_cast<std::int32_t>(step);
+    return steps_[left * plainCount + right] = static_cast<std::int32_t>(step);
 }
 
-template <typename Sink>
-vtxEm vtxFontChain::walk_(std::wstring_view text, Sink&& sink) {
-    vtxEm pen = 0;
-    char32_t left = 0;
-    int leftFace = -1;
-    for (size_t i = 0, end = 0; i < text.size(); i = end) {
-        char32_t const code = getCodePoint(text[i]);
-        end = i + 1;
-        if (isInvisible(code)) {
-            leftFace = -1;
-            continue;
-        }
-        end = findPieceEnd(text, i);
-        if (end == i + 1 && !isShaped(code) && !isMark(code)) {
-            Character const& character = find_(code);
-            if (character.face == leftFace)
-                pen += getKerning_(left, code, leftFace);
-            sink(vtxPlacedGlyph{character.face, character.glyph, pen, 0});
-            pen += character.advance;
-            left = code;
-            leftFace = character.face;
-        } else {
-            Piece const& piece = shape_(text.substr(i, end - i));
-            for (vtxShapedGlyph const& glyph : piece.glyphs)
-                sink(vtxPlacedGlyph{piece.face, glyph.glyph, pen + glyph.x, -glyph.y});
-            pen += piece.advance;
-            leftFace = -1;
-        }
+/// Fills `placed_` with what stands at `index` and returns where that ends.
+size_t vtxFontChain::addPiece_(std::wstring_view text, size_t index, Walk& walk) {
+    placed_.clear();
+    char32_t const code = getCodePoint(text[index]);
+    if (isInvisible(code)) {
+        walk.left = 0;
+        walk.leftFace = -1;
+        return index + 1;
     }
-    return pen;
+    size_t const end = findPieceEnd(text, index);
+    if (end == index + 1 && !isShaped(code) && !isMark(code)) {
+        Character const& character = find_(code);
+        if (character.face == walk.leftFace)
+            walk.pen += getKerning_(walk.left, code, walk.leftFace);
+        placed_.push_back({character.face, character.glyph, walk.pen, 0});
+        walk.pen += character.advance;
+        walk.left = code;
+        walk.leftFace = character.face;
+    } else {
+        Piece const& piece = shape_(text.substr(index, end - index));
+        for (vtxShapedGlyph const& glyph : piece.glyphs)
+            placed_.push_back({piece.face, glyph.glyph, walk.pen + glyph.x, -glyph.y});
+        walk.pen += piece.advance;
+        walk.left = 0;
+        walk.leftFace = -1;
+    }
+    return end;
 }
 
 vtxFontChain::Piece const& vtxFontChain::shape_(std::wstring_view text) {
@@ -179,15 +139,15 @@ vtxFontChain::Piece const& vtxFontChain::shape_(std::wstring_view text) {
 // --- Characters and faces ---
 
 vtxFontChain::Character const& vtxFontChain::find_(char32_t codePoint) {
-    Character& character = codePoint < asciiCount ? ascii_[codePoint] : characters_[codePoint];
+    Character& character = codePoint < plainCount ? ascii_[codePoint] : characters_[codePoint];
     if (character.face < 0)
         character = lookUp_(codePoint);
     return character;
 }
 
 vtxEm vtxFontChain::getKerning_(char32_t left, char32_t right, int face) {
-    if (left < asciiCount && right < asciiCount) {
-        std::int32_t const step = steps_[left * asciiCount + right];
+    if (left < plainCount && right < plainCount) {
+        std::int32_t const step = steps_[left * plainCount + right];
         if (step != unknownStep)
             return step - ascii_[right].advance;
     }

@@ -23,7 +23,6 @@ public:
     qor::mutex mutex;
     vtxFontCatalog catalog;
     std::unique_ptr<vtxGlyphPages> pages;  ///< null once the renderer has gone
-    qor::vector<vtxPlacedGlyph> placed;    ///< scratch
 
     /// The chain that begins with a face.
     vtxFontChain& getChain(vtxFontFace& face);

@@ -1,6 +1,5 @@
 #include "platform/vtx/vtxGlyphSet.h"
 
-#include "platform/vtx/vtxFontChain.h"
 #include "platform/vtx/vtxTextureStore.h"
 
 #include <algorithm>
@@ -17,29 +16,16 @@ vtxGlyphSet::vtxGlyphSet(vtxFontChain const& chain, double size, double blur)
       size_(std::min(size, maxSize)),
       blur_(blur * size_ / size),
       stretch_(size / size_),
-      phases_(size <= maxPhasedSize && blur < 2.0 ? vtxFontFace::phaseCount : 1) {}
+      phases_(size <= maxPhasedSize && blur < 2.0 ? vtxFontFace::phaseCount : 1),
+      plain_(vtxFontChain::plainCount * vtxFontFace::phaseCount) {}
 
-vtxGlyphSet::Glyph const& vtxGlyphSet::find_(int face, unsigned glyph, int phase, vtxGlyphPages& pages) {
-    std::uint64_t const key = (std::uint64_t(static_cast<unsigned>(face)) << 40) |
-                              (std::uint64_t(static_cast<unsigned>(phase)) << 32) | glyph;
-    auto known = glyphs_.find(key);
-    if (known == glyphs_.end())
-        known = glyphs_.emplace(key, make_(face, glyph, phase, pages)).first;
-    if (face == 0 && glyph < commonCount)
-        noteCommon_(glyph, phase, known->second);
-    return known->second;
-}
-
-void vtxGlyphSet::noteCommon_(unsigned glyph, int phase, Glyph const& found) {
-    if (common_.empty())
-        common_.push_back(Phases());
-    if (glyph >= phasesOf_.size())
-        phasesOf_.resize(glyph + 1);
-    if (phasesOf_[glyph] == 0) {
-        phasesOf_[glyph] = static_cast<std::uint16_t>(common_.size());
-        common_.push_back(Phases());
-    }
-    common_[phasesOf_[glyph]][static_cast<std::size_t>(phase)] = &found;
+vtxGlyphSet::Glyph const& vtxGlyphSet::find_(vtxPlacedGlyph const& placed, int phase, vtxGlyphPages& pages) {
+    std::uint64_t const key = (std::uint64_t(static_cast<unsigned>(placed.face)) << 40) |
+                              (std::uint64_t(static_cast<unsigned>(phase)) << 32) | placed.glyph;
+    auto const known = glyphs_.find(key);
+    if (known != glyphs_.end())
+        return known->second;
+    return glyphs_.emplace(key, make_(placed.face, placed.glyph, phase, pages)).first->second;
 }
 
 vtxGlyphSet::Glyph vtxGlyphSet::make_(int face, unsigned glyph, int phase, vtxGlyphPages& pages) const {
@@ -78,6 +64,5 @@ void vtxGlyphSet::clear(vtxGlyphPages& pages) {
     for (auto const& [key, glyph] : glyphs_)
         pages.giveBack(glyph.owner);
     glyphs_.clear();
-    common_.clear();
-    phasesOf_.clear();
+    plain_.assign(plain_.size(), nullptr);
 }

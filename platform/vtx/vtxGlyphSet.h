@@ -1,14 +1,9 @@
 #pragma once
 
 #include "platform/qor/Containers.h"
-#include "platform/vtx/vtxFontFace.h"
+#include "platform/vtx/vtxFontChain.h"
 #include "platform/vtx/vtxGlyphPages.h"
 #include "platform/vtx/vtxShaderQuads.h"
-
-#include <array>
-#include <cstdint>
-
-class vtxFontChain;
 
 /// The rasterised glyphs of one font at one size in pixels, sharp or softened. Whoever shows them holds the set, which
 /// keeps them in their pages. For one thread at a time.
@@ -31,11 +26,14 @@ public:
 
     /// Glyphs stand on whole pixels if 1, on quarters if 4.
     int getPhaseCount() const { return phases_; }
-    Glyph const& get(int face, unsigned glyph, int phase, vtxGlyphPages& pages) {
-        if (face == 0 && glyph < phasesOf_.size())
-            if (Glyph const* const known = common_[phasesOf_[glyph]][static_cast<std::size_t>(phase)])
-                return *known;
-        return find_(face, glyph, phase, pages);
+    /// `plain` is the plain character that the glyph shows, or 0.
+    Glyph const& get(vtxPlacedGlyph const& placed, char32_t plain, int phase, vtxGlyphPages& pages) {
+        if (plain == 0)
+            return find_(placed, phase, pages);
+        Glyph const*& known = plain_[plain * vtxFontFace::phaseCount + static_cast<unsigned>(phase)];
+        if (!known)
+            known = &find_(placed, phase, pages);
+        return *known;
     }
     /// Gives all glyphs back.
     void clear(vtxGlyphPages& pages);
@@ -44,12 +42,7 @@ public:
     unsigned idle = 0;
 
 private:
-    /// Glyphs of the first face with numbers below this are found without a search.
-    static constexpr unsigned commonCount = 8192;
-    using Phases = std::array<Glyph const*, vtxFontFace::phaseCount>;
-
-    void noteCommon_(unsigned glyph, int phase, Glyph const& found);
-    Glyph const& find_(int face, unsigned glyph, int phase, vtxGlyphPages& pages);
+    Glyph const& find_(vtxPlacedGlyph const& placed, int phase, vtxGlyphPages& pages);
     Glyph make_(int face, unsigned glyph, int phase, vtxGlyphPages& pages) const;
 
     vtxFontChain const& chain_;
@@ -58,6 +51,5 @@ private:
     double stretch_;
     int phases_;
     qor::hash_map<std::uint64_t, Glyph> glyphs_;
-    qor::vector<Phases> common_;           ///< into `glyphs_`; the first has none
-    qor::vector<std::uint16_t> phasesOf_;  ///< place in `common_` by glyph number
+    qor::vector<Glyph const*> plain_;  ///< into `glyphs_`, by plain character and phase
 };

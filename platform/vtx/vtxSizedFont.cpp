@@ -13,15 +13,15 @@ namespace {
 /// GUI units by which the blurs soften.
 constexpr double blurRadius[] = {0.0, 1.0, 3.0};
 
-constexpr int phaseBits = 2;
-static_assert(vtxFontFace::phaseCount == 1 << phaseBits);
+constexpr int phaseCountBits = 2;
+static_assert(vtxFontFace::phaseCount == 1 << phaseCountBits);
 
 double toPixels(vtxEm length, double size) { return static_cast<double>(length) * size / vtxEmUnit; }
 
 /// As std::floor, for what fits into 64 bits.
 std::int64_t floorToInt(double value) {
     auto const whole = static_cast<std::int64_t>(value);
-    return whole - (static_cast<double>(whole) > value);
+    return value >= 0.0 ? whole : whole - (static_cast<double>(whole) > value);
 }
 
 /// Away from the baseline, so that no row of a glyph is cut off at any scale; not for a mere rounding error.
@@ -73,24 +73,25 @@ void vtxSizedFont::addGlyphs(Line const& line, vtxShaderQuads& quads, std::share
     vtxGlyphSet* const glyphs = getGlyphs_(line, hold);
     if (!glyphs)
         return;
-    chain_.layOut(line.text, store_->placed);
     double const size = size_ * static_cast<double>(line.scale);
-    int const phases = glyphs->getPhaseCount();
+    int const phaseBits = glyphs->getPhaseCount() == 1 ? 0 : phaseCountBits;
+    double const stepsPerEm = size * glyphs->getPhaseCount();
     float const pixel = 1.0f / line.scale;
     osg::Vec2d const pen = line.pen;
+    vtxGlyphPages& pages = *store_->pages;
     vtxTexture const* page = nullptr;
-    for (vtxPlacedGlyph const& placed : store_->placed) {
-        std::int64_t const step = floorToInt(toPixels(placed.x, size) * phases + 0.5);
-        std::int64_t const x = phases == 1 ? step : step >> phaseBits;
-        vtxGlyphSet::Glyph const& glyph =
-            glyphs->get(placed.face, placed.glyph, static_cast<int>(step - x * phases), *store_->pages);
+    // Inline, since it is most of what the loops over the text do.
+    chain_.layOut(line.text, [&](vtxPlacedGlyph const& placed, char32_t plain) __attribute__((always_inline)) {
+        std::int64_t const step = floorToInt(toPixels(placed.x, stepsPerEm) + 0.5);
+        std::int64_t const x = step >> phaseBits;
+        vtxGlyphSet::Glyph const& glyph = glyphs->get(placed, plain, static_cast<int>(step - (x << phaseBits)), pages);
         if (!glyph.page)
-            continue;
+            return;
         if (glyph.page != page) {
             if (page)
                 quads.endBatch();
             page = glyph.page;
-            quads.beginBatch(page, static_cast<int>(store_->placed.size()));
+            quads.beginBatch(page, static_cast<int>(line.text.size()));
         }
         // Only marks leave the baseline.
         double const y = placed.y == 0 ? 0.0 : static_cast<double>(floorToInt(toPixels(placed.y, size) + 0.5));
@@ -100,7 +101,7 @@ void vtxSizedFont::addGlyphs(Line const& line, vtxShaderQuads& quads, std::share
         quad.w *= pixel;
         quad.h *= pixel;
         quads.addBatchQuad(quad);
-    }
+    });
     if (page)
         quads.endBatch();
 }
