@@ -284,13 +284,42 @@ void Data::loadParamsFromTable(lua_State* L) {
     loadParams_(L);
 }
 
+void Data::load_(lua_State* L) {
+    // A derived class reads more than is kept here.
+    bool const keep =
+        typeid(*this) == typeid(Data) && states->empty() && hasDefaultParams_() && SkinTableCache::getUsable(L);
+    if (!keep) {
+        loadFields_(L);
+        return;
+    }
+    if (auto const known = SkinTableCache::find<Content>(L, typeid(Content))) {
+        MeasurePass::forgetAll();
+        setParamValues_(known->params);
+        states = known->states;
+        return;
+    }
+    loadFields_(L);
+    qor::allocator<Content> const allocator;
+    SkinTableCache::keep(L, typeid(Content),
+                         std::allocate_shared<Content>(allocator, Content{getParamValues_(), states}));
+}
+
+void Data::loadFields_(lua_State* L) {
+    loadParams(L);
+    loadStates(L);
+}
+
+bool Data::hasDefaultParams_() const {
+    static ParamValues const defaults = Data(nullptr).getParamValues_();
+    return getParamValues_() == defaults;
+}
+
 void Data::loadParams_(lua_State* L) {
     // Without a table nothing is read, so that an absent colour is not set to zeros either.
     if (!luautil::isTable(L, -1))
         return;
     // Only what a new object reads from a table is the same for all of them.
-    static ParamValues const defaults = Data(nullptr).getParamValues_();
-    bool const keep = getParamValues_() == defaults && SkinTableCache::getUsable(L);
+    bool const keep = hasDefaultParams_() && SkinTableCache::getUsable(L);
     if (keep) {
         if (auto const known = SkinTableCache::find<ParamValues>(L, typeid(ParamValues))) {
             setParamValues_(*known);

@@ -13,6 +13,7 @@
 #include "gui_lib/base/InteractiveState.h"
 #include "platform/qor/Api.h"
 #include "platform/qor/Containers.h"
+#include "platform/qor/SmallVector.h"
 
 struct lua_State;
 
@@ -97,8 +98,8 @@ protected:
 
     virtual void loadState_(lua_State* L, InteractiveState state);
     virtual void unloadState_(lua_State* L, InteractiveState state, InnerTable const& inners) const;
-    /// The entry for a state and inner state, after the fallbacks within the table; null without one. Its looks count as
-    /// unchanged until `LookEpoch` is another: entries are written by `editStateInfo_` only.
+    /// The entry for a state and inner state, after the fallbacks within the table; null without one. Its looks count
+    /// as unchanged until `LookEpoch` is another: entries are written by `editStateInfo_` only.
     virtual StateInfo* findStateInfo_(InteractiveState state, int inner) const;
     virtual void loadParams_(lua_State* L);
     virtual void unloadParams_(lua_State* L) const;
@@ -150,6 +151,11 @@ protected:
 private:
     /// The parameters of this class, in the order of its fields.
     using ParamValues = std::tuple<osg::Vec2i, osg::Vec2i, Insets, bool, bool, int, Insets, osg::Vec4f, Insets>;
+    /// What a new object of this class has read.
+    struct Content {
+        ParamValues params;
+        std::shared_ptr<StateTable> states;
+    };
 
     /// Becomes `after`, but for what differs from `before`: that the program has changed. `scratch` is for values.
     void reload_(Data const& before, Data const& after, lua_State* scratch);
@@ -161,13 +167,17 @@ private:
     template <class Info>
     void setLook_(bool StateInfo::*has, Info StateInfo::*field, Info const* info, InteractiveState state, int inner);
     void readParams_(lua_State* L);
+    /// Reads both of the fields "params" and "states".
+    void load_(lua_State* L);
+    void loadFields_(lua_State* L);
+    bool hasDefaultParams_() const;
     StateInfo* searchStateInfo_(InteractiveState state, int inner) const;
     StateTable& editStates_();
     void addUser_(Skin* skin);
     void removeUser_(Skin* skin);
 
     /// The skins that hold this data, each of which knows its place.
-    qor::vector<Skin*> users_;
+    qor::small_vector<Skin*, 1> users_;
 };
 
 }  // namespace gui::skin

@@ -191,7 +191,7 @@ private:
 
     static Skin*& getFirstNamed_();
     static Skin*& getLastNamed_();
-    void addName_(qor::basic_string<char> const& name);
+    void addName_(qor::basic_string<char> names);
     void forgetNames_();
     void readData_(lua_State* L, Data& target);
     bool getTargetSizeSet_() const;

@@ -52,8 +52,7 @@ void Skin::readData_(lua_State* L, Data& target) {
         reload->read(L, target);
         return;
     }
-    target.loadParams(L);
-    target.loadStates(L);
+    target.load_(L);
 }
 
 void Skin::loadSubSkins_(lua_State*) {}

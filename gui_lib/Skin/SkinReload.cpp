@@ -46,6 +46,10 @@ Skin*& Skin::getLastNamed_() {
 void Skin::setLoadedName(qor::basic_string<char> const& name) {
     if (name.empty() || name.find('\n') != qor::string::npos)
         return;
+    if (names_.empty()) {
+        addName_(name + "\n");
+        return;
+    }
     // Read again, it counts from where it is now.
     qor::string names;
     forEachName(names_, [&](std::string_view known) {
@@ -62,8 +66,8 @@ qor::basic_string<char> Skin::getLoadedName() const {
     return last;
 }
 
-void Skin::addName_(qor::basic_string<char> const& names) {
-    names_ = names;
+void Skin::addName_(qor::basic_string<char> names) {
+    names_ = std::move(names);
     previousNamed_ = getLastNamed_();
     (previousNamed_ ? previousNamed_->nextNamed_ : getFirstNamed_()) = this;
     getLastNamed_() = this;

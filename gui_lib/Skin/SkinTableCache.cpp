@@ -21,10 +21,8 @@ struct Key {
 };
 
 struct KeyHash {
-    std::size_t operator()(Key const& key) const {
-        std::size_t const reader = key.reader.hash_code();
-        return qor::fnv1a(&key.table, sizeof key.table, qor::fnv1a(&reader, sizeof reader));
-    }
+    // Few classes read the same table.
+    std::size_t operator()(Key const& key) const { return qor::FnvHash<void const*>()(key.table); }
 };
 
 using Entries = qor::hash_map<Key, std::shared_ptr<void>, KeyHash>;
@@ -35,15 +33,31 @@ constexpr std::size_t mostEntries = 4096;
 // Its address is the registry key of the entries.
 char const registryKey = 0;
 
+// Where the entries of the state that was asked last are; a registry tells states apart.
+void const* lastRegistry = nullptr;
+Entries* lastEntries = nullptr;
+
+void forgetLast() { lastRegistry = nullptr; }
+
 Entries* findEntries(lua_State* L) {
+    void const* const registry = lua_topointer(L, LUA_REGISTRYINDEX);
+    if (lastRegistry == registry)
+        return lastEntries;
+    if (!lua_checkstack(L, 1))
+        return nullptr;
     lua_pushlightuserdata(L, const_cast<char*>(&registryKey));
     lua_rawget(L, LUA_REGISTRYINDEX);
     auto* const entries = static_cast<Entries*>(lua_touserdata(L, -1));
     lua_pop(L, 1);
+    if (entries) {
+        lastRegistry = registry;
+        lastEntries = entries;
+    }
     return entries;
 }
 
 int destroyEntries(lua_State* L) {
+    forgetLast();
     static_cast<Entries*>(lua_touserdata(L, 1))->~Entries();
     return 0;
 }
@@ -75,28 +89,25 @@ void anchorTable(lua_State* L) {
 
 }  // namespace
 
-int SkinTableCache::depth_ = 0;
-
 bool SkinTableCache::getUsable(lua_State* L) {
-    if (depth_ == 0 || !lua_istable(L, -1))
+    if (!current_ || !lua_istable(L, -1))
         return false;
     qor::LuaStackGuard const guard(L);
     return qor::luaGetGlobal(L, "SkinTablesConstant") == LUA_TBOOLEAN && lua_toboolean(L, -1);
 }
 
-std::shared_ptr<void> SkinTableCache::find_(lua_State* L, std::type_info const& reader) {
-    if (!lua_checkstack(L, 8))
-        return nullptr;
+std::shared_ptr<void> const* SkinTableCache::find_(lua_State* L, std::type_info const& reader) {
     Entries const* const entries = findEntries(L);
     if (!entries)
         return nullptr;
     auto const found = entries->find(Key{lua_topointer(L, -1), reader});
-    return found == entries->end() ? nullptr : found->second;
+    return found == entries->end() ? nullptr : &found->second;
 }
 
 void SkinTableCache::clear(lua_State* L) {
     qor::LuaStackGuard const guard(L);
     lua_checkstack(L, 4);
+    forgetLast();
     lua_pushlightuserdata(L, const_cast<char*>(&registryKey));
     lua_pushnil(L);
     lua_rawset(L, LUA_REGISTRYINDEX);

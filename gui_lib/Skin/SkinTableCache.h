@@ -16,10 +16,15 @@ public:
     /// While one lives, tables come from the functions of the skin file, so they may be kept.
     class SkinFileScope {
     public:
-        SkinFileScope() { ++depth_; }
-        ~SkinFileScope() { --depth_; }
+        SkinFileScope() : outer_(current_) { current_ = this; }
+        ~SkinFileScope() { current_ = outer_; }
         SkinFileScope(SkinFileScope const&) = delete;
         SkinFileScope& operator=(SkinFileScope const&) = delete;
+
+    private:
+        friend class SkinTableCache;
+
+        SkinFileScope* outer_;
     };
 
     /// Whether the table on the top of the stack may be kept.
@@ -28,7 +33,8 @@ public:
     /// `Content`.
     template <class Content>
     static std::shared_ptr<Content> find(lua_State* L, std::type_info const& reader) {
-        return std::static_pointer_cast<Content>(find_(L, reader));
+        std::shared_ptr<void> const* const found = find_(L, reader);
+        return found ? std::static_pointer_cast<Content>(*found) : nullptr;
     }
     static void keep(lua_State* L, std::type_info const& reader, std::shared_ptr<void> content);
 
@@ -36,9 +42,9 @@ public:
     static void clear(lua_State* L);
 
 private:
-    static std::shared_ptr<void> find_(lua_State* L, std::type_info const& reader);
+    static std::shared_ptr<void> const* find_(lua_State* L, std::type_info const& reader);
 
-    static int depth_;
+    static inline SkinFileScope* current_ = nullptr;
 };
 
 }  // namespace gui::skin

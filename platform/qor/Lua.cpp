@@ -99,6 +99,25 @@ int explainError(lua_State* L) {
     return 1;
 }
 
+// Its address is the registry key of `explainError`, which each call would else make anew.
+char const explainErrorKey = 0;
+
+void keepExplainError(lua_State* L) {
+    lua_pushlightuserdata(L, const_cast<char*>(&explainErrorKey));
+    lua_pushcfunction(L, explainError);
+    lua_rawset(L, LUA_REGISTRYINDEX);
+}
+
+void pushExplainError(lua_State* L) {
+    lua_pushlightuserdata(L, const_cast<char*>(&explainErrorKey));
+    lua_rawget(L, LUA_REGISTRYINDEX);
+    // A state that others have opened has none.
+    if (lua_isnil(L, -1)) {
+        lua_pop(L, 1);
+        lua_pushcfunction(L, explainError);
+    }
+}
+
 // Puts a text where a failed call left its error object.
 void settleError(lua_State* L, LuaState* state, int status) {
     if (status == LUA_ERRMEM && state) {
@@ -459,6 +478,7 @@ lua_State* QOR_lua_open(char const* name) {
     lua_gc(state->main, LUA_GCSETPAUSE, 125);
     lua_gc(state->main, LUA_GCSETSTEPMUL, 400);
     qor::setLuaLimits(state->main, state->limits);
+    qor::keepExplainError(state->main);
     return state->main;
 }
 
@@ -472,7 +492,7 @@ int QOR_lua_pcall(lua_State* L, int arguments, int results, int handler) {
     if (handler != 0)
         return qor::callProtected(L, arguments, results, handler, true);
     int const base = lua_gettop(L) - arguments;
-    lua_pushcfunction(L, qor::explainError);
+    qor::pushExplainError(L);
     lua_insert(L, base);
     int const status = qor::callProtected(L, arguments, results, base, true);
     lua_remove(L, base);
