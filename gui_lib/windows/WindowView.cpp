@@ -24,4 +24,11 @@ Widget* WindowView::clone() const {
 
 char const* WindowView::getWidgetType() const { return "WindowView"; }
 
+Widget* WindowView::getWidgetAtScreenPoint(osg::Vec2i const& point) {
+    Widget* found = nullptr;
+    return index_.find({*this, widgets, getChildPlaceChanges_()}, point, found)
+               ? found
+               : Container::getWidgetAtScreenPoint(point);
+}
+
 }  // namespace gui

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gui_lib/widget/ChildIndex.h"
 #include "gui_lib/widget/Container.h"
 
 namespace gui {
@@ -7,7 +8,7 @@ namespace gui {
 class WindowBase;
 
 /// The client area of a window: the container of the host's widgets. Its look is the sub-skin "view" of the window's
-/// skin.
+/// skin. Where it holds many widgets that rest in their places, it finds the one under the mouse by an index of these.
 class VORLEX_API WindowView : public Container {
 public:
     explicit WindowView(WindowBase& window);
@@ -19,11 +20,15 @@ public:
     // Widget:
     Widget* clone() const override;
     char const* getWidgetType() const override;
+    Widget* getWidgetAtScreenPoint(osg::Vec2i const& point) override;
 
 protected:
     friend class WindowBase;
 
     WidgetHandler* window = nullptr;
+
+private:
+    ChildIndex index_;
 };
 
 }  // namespace gui

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "gui_lib/controls/buttons/Button.h"
-#include "gui_lib/controls/scroll/RectIndex.h"
+#include "gui_lib/widget/RectIndex.h"
 #include "gui_lib/controls/scroll/ScrollPane.h"
 #include "gui_lib/controls/scroll/ScrollPaneBars.h"
 #include "gui_lib/controls/scroll/ScrollPaneView.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui_lib/controls/scroll/RectIndex.h"
+#include "gui_lib/widget/ChildIndex.h"
 #include "gui_lib/widget/Container.h"
 
 namespace gui {
@@ -24,17 +24,7 @@ public:
     Widget* getWidgetAtScreenPoint(osg::Vec2i const& point) override;
 
 private:
-    /// What is known about the children's places.
-    enum class Indexed { Nothing, Waiting, Ready, Impossible };
-
-    /// Brings the index up to date, unless the children moved since the last question or decide on hits themselves.
-    bool updateIndex_();
-    bool areHitsByPlace_() const;
-
-    RectIndex index_;
-    Indexed indexed_ = Indexed::Nothing;
-    unsigned indexedChanges_ = 0;
-    std::size_t indexedCount_ = 0;
+    ChildIndex index_;
 };
 
 }  // namespace gui

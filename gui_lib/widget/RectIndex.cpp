@@ -1,4 +1,4 @@
-#include "gui_lib/controls/scroll/RectIndex.h"
+#include "gui_lib/widget/RectIndex.h"
 
 #include <algorithm>
 #include <cstdint>
