@@ -149,6 +149,10 @@ protected:
     bool loaded = false;
 
 private:
+    /// Whether no function but those of this class has a part in the answers for parameters, and for looks.
+    bool paramsLast_() const;
+    bool looksLast_() const;
+
     /// The parameters of this class, in the order of its fields.
     using ParamValues = std::tuple<osg::Vec2i, osg::Vec2i, Insets, bool, bool, int, Insets, osg::Vec4f, Insets>;
     /// What a new object of this class has read.

@@ -19,8 +19,10 @@
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "gui_lib/graphics/ScratchGraphicCommands.h"
 #include "gui_lib/layouts/MeasurePass.h"
+#include "gui_lib/widget/VirtualTarget.h"
 #include "gui_lib/widget/Widget.h"
 #include "platform/qor/Truncate.h"
+#include "platform/vtx/vtxFontManager.h"
 #include "platform/vtx/vtxFrameBuffer.h"
 #include "platform/vtx/vtxRenderer.h"
 
@@ -42,11 +44,15 @@ void destroyDrawable(Drawable*& drawable) {
     drawable = nullptr;
 }
 
+/// The functions of Skin itself.
+char const* ownFunctions = nullptr;
+
 int getTabSpaces() { return GUI::get() ? GUI::get()->getTabSpacesCount() : 0; }
 
 }  // namespace
 
 Skin::Skin(Widget* newWidget, bool makeData) : widget(newWidget) {
+    ownFunctions = getVirtualTable(*this);
     if (makeData)
         setSkinData(new Data(this), true);
 }
@@ -230,6 +236,24 @@ osg::Vec2i Skin::calcTextSize2_(qor::basic_string<wchar_t> const& theText, Text:
     return textMeasure_->calcSize(measured, theText, size);
 }
 
+bool Skin::limitsLast_() const { return !data || data->paramsLast_(); }
+
+bool Skin::sizeLasts_() const {
+    if (!haveSameFunctions(getVirtualTable(*this), ownFunctions, &Skin::calcSize, &Skin::calcTextSize_,
+                           &Skin::calcTextSize2_, &Skin::calcPictureSize_))
+        return false;
+    if (!data)
+        return true;
+    if (!widget || widget->skin != this || !data->looksLast_() || data->getImage(InteractiveStateReleased, 1))
+        return false;
+    Text::Info const* const info = data->getText(InteractiveStateReleased, 1);
+    if (!info || widget->getText().empty())
+        return true;
+    // A font that is missing may be found later.
+    return !data->getTextWrapping() && !data->getUseEllipsis() &&
+           vtxRenderer::get()->getFontManager()->getFont(info->font, info->fontSize, info->blur);
+}
+
 osg::RectImpl<osg::Vec2i> Skin::getFocusRectBounds_() const {
     if (!widget)
         return osg::RectImpl<osg::Vec2i>();
@@ -255,7 +279,7 @@ void Skin::redraw_() {
     textChanged = false;
     sizeChanged = false;
     // A picture that exists may count with another size than its description.
-    MeasurePass::forgetAll();
+    MeasurePass::forgetFleeting();
 }
 
 void Skin::redrawBkg_(InteractiveState state, int inner) {

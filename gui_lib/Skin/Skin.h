@@ -182,6 +182,13 @@ protected:
     osg::Vec2i targetSize;
 
 private:
+    friend class gui::Widget;
+
+    /// Whether the widget's limits, and its natural size, stay until `Widget::forgetSizes_`: no function but the
+    /// toolkit's own has a part in them, and neither size nor state of the widget, nor a picture, counts.
+    bool limitsLast_() const;
+    bool sizeLasts_() const;
+
     /// The widget's text with spaces for tabs, kept while neither changes.
     struct ExpandedText {
         qor::basic_string<wchar_t> source;

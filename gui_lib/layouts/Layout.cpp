@@ -61,7 +61,7 @@ void Layout::updatePrefSizes_() {
     visitChildren(owner, [this](int i, Widget const& child) { prefSizes[i] = child.getPrefSize(); });
 }
 
-Container* Layout::getLiveContainer_() const { return dynamic_cast<Container*>(WidgetHandler::get(container)); }
+Container* Layout::getLiveContainer_() const { return Widget::asContainer_(WidgetHandler::get(container)); }
 
 void Layout::changed_() {
     MeasurePass::forgetAll();
@@ -70,18 +70,50 @@ void Layout::changed_() {
 
 // --- Answers ---
 
-osg::Vec2i Layout::ask_(SizeQuestion question) const {
+osg::Vec2i Layout::ask_(SizeQuestion question) {
     if (!MeasurePass::isKeeping())
         return answer_(question);
     MeasurePass const pass;
     Answer& known = answers_[question];
-    std::uint64_t const stamp = MeasurePass::getStamp();
-    if (known.stamp == stamp)
+    std::uint64_t const fleeting = MeasurePass::getStamp();
+    std::uint64_t const lasting = MeasurePass::getLastingStamp();
+    if (known.stamp == lasting || known.stamp == fleeting)
         return known.size;
+    bool const lasts = answersLast_();
     osg::Vec2i const size = answer_(question);
     // Under the stamp from before: what changes while it is asked makes it void.
-    known = Answer{stamp, size};
+    known = Answer{lasts ? lasting : fleeting, size};
+    if (!lasts)
+        MeasurePass::noteFleeting();
     return size;
+}
+
+bool Layout::measureLasting_() { return false; }
+
+bool Layout::sizesLast_(Container const& owner, Widget const& child) {
+    // What another container shows too is not told there of changes.
+    return child.parent == owner.handler && child.containerLinks == 1 && child.sizesLast_();
+}
+
+bool Layout::answersLast_() {
+    std::uint64_t const lasting = MeasurePass::getLastingStamp();
+    if (lastingStamp_ == lasting)
+        return true;
+    if (fleetingStamp_ == MeasurePass::getStamp() || !MeasurePass::isKeeping())
+        return false;
+    if (measureLasting_()) {
+        lastingStamp_ = lasting;
+        return true;
+    }
+    fleetingStamp_ = MeasurePass::getStamp();
+    return false;
+}
+
+bool Layout::forgetLastingAnswers_() {
+    bool const known = lastingStamp_ == MeasurePass::getLastingStamp();
+    lastingStamp_ = 0;
+    forgetAnswers_();
+    return known;
 }
 
 osg::Vec2i Layout::answer_(SizeQuestion question) const {

@@ -12,13 +12,14 @@ namespace gui {
 class Container;
 class LayoutHandler;
 class LayoutRun;
+class Widget;
 class WidgetHandler;
 
 /// Places the children of one container inside its client rectangle and answers the container's size questions. Make
 /// layouts on the heap and give their handler to `Container::setLayout`: the container owns the layout from then on.
 /// Coordinates: GUI units of the container. The answers to size questions are kept while one resize or layout runs
 /// and nothing changes: an override depends on nothing but the container, its children and settings that `changed_`
-/// told of. Children have the container as their parent.
+/// told of. Children have the container as their parent. Answers in which no override has a part are kept for longer.
 class VORLEX_API Layout {
 public:
     Layout();
@@ -56,6 +57,14 @@ protected:
     virtual void destroy_();
     /// Reads the preferred size of each child into `prefSizes`; (0, 0) for one that has died.
     virtual void updatePrefSizes_();
+    /// True if the answers to size questions depend on settings alone and on sizes of children that `sizesLast_` tells
+    /// to last: answers are then kept beyond the resize, until they change. The class may read what else it wants to
+    /// know of the children, which is good as long as `answersLast_` says so.
+    virtual bool measureLasting_();
+
+    static bool sizesLast_(Container const& owner, Widget const& child);
+    /// What is known of the children still holds, or has been read anew.
+    bool answersLast_();
 
     /// The container if it lives and is one.
     Container* getLiveContainer_() const;
@@ -69,18 +78,23 @@ protected:
 private:
     enum SizeQuestion { AskMin, AskMax, AskPref, AskCalcMax, QuestionCount };
 
-    /// What an operation answered, good under one stamp of `MeasurePass`.
+    /// What an operation answered, good under one stamp of `MeasurePass`, be it fleeting or lasting.
     struct Answer {
         std::uint64_t stamp = 0;
         osg::Vec2i size;
     };
 
     /// Asks the virtual operation unless its answer is known.
-    osg::Vec2i ask_(SizeQuestion question) const;
+    osg::Vec2i ask_(SizeQuestion question);
     osg::Vec2i answer_(SizeQuestion question) const;
     void forgetAnswers_();
+    /// False if no lasting answers were known.
+    bool forgetLastingAnswers_();
 
-    mutable Answer answers_[QuestionCount];
+    Answer answers_[QuestionCount];
+    /// Under which `measureLasting_` said yes, and said no.
+    std::uint64_t lastingStamp_ = 0;
+    std::uint64_t fleetingStamp_ = 0;
     /// Counts the runs of `updateSize`, so that one knows whether another came in between.
     unsigned runCount_ = 0;
 };

@@ -6,6 +6,8 @@
 #include "gui_lib/widget/AliveGuard.h"
 #include "gui_lib/widget/WidgetHandler.h"
 
+#include <iterator>
+
 namespace gui {
 
 osg::Vec2i getClientSize(Container const& container) {
@@ -18,16 +20,22 @@ LayoutRun::LayoutRun(Layout& layout)
     Container const* const owner = getContainer();
     if (!owner)
         return;
-    auto const client = owner->getClientRect();
+    readsChildren_ = owner->showsAllChildren_();
+    osg::RectImpl<osg::Vec2i> const client = owner->getClientRect();
     origin_.set(client.x1, client.y1);
-    room_ = getClientSize(*owner);
+    room_.set(saturatingSubtract(client.x2, client.x1), saturatingSubtract(client.y2, client.y1));
 }
 
-Container* LayoutRun::getContainer() const { return dynamic_cast<Container*>(WidgetHandler::get(container_)); }
+Container* LayoutRun::getContainer() const { return Widget::asContainer_(WidgetHandler::get(container_)); }
 
 Widget* LayoutRun::getChild(int index) const {
     Container const* const owner = getContainer();
-    return owner ? owner->getWidget(index) : nullptr;
+    if (!owner)
+        return nullptr;
+    if (!readsChildren_)
+        return owner->getWidget(index);
+    bool const exists = index >= 0 && index < std::ssize(owner->widgets);
+    return exists ? WidgetHandler::get(owner->widgets[index]) : nullptr;
 }
 
 bool LayoutRun::goesOn_() const {

@@ -51,6 +51,8 @@ private:
     LayoutHandler* layout_;
     WidgetHandler* container_;
     unsigned number_;
+    /// The container's children are read without asking it.
+    bool readsChildren_ = false;
     osg::Vec2i origin_;
     osg::Vec2i room_;
 };

@@ -1,14 +1,23 @@
 #include "gui_lib/layouts/LineLayout.h"
 
 #include "gui_lib/base/SaturatingMath.h"
-#include "gui_lib/layouts/FairShare.h"
 #include "gui_lib/layouts/LayoutRun.h"
+#include "gui_lib/widget/VirtualTarget.h"
 
 #include <algorithm>
 
 namespace gui {
 
-LineLayout::LineLayout(int newGap, Axis mainAxis) : gap(newGap), mainAxis_(mainAxis) {}
+namespace {
+
+/// The functions of LineLayout itself.
+char const* ownFunctions = nullptr;
+
+}  // namespace
+
+LineLayout::LineLayout(int newGap, Axis mainAxis) : gap(newGap), mainAxis_(mainAxis) {
+    ownFunctions = getVirtualTable(*this);
+}
 
 void LineLayout::copySettings_(LineLayout& target) const {
     target.gap = gap;
@@ -94,13 +103,40 @@ osg::Vec2i LineLayout::calcMaxSize() const {
     return result;
 }
 
+bool LineLayout::measureLasting_() {
+    Container const* const owner = getLiveContainer_();
+    if (!owner ||
+        !haveSameFunctions(getVirtualTable(*this), ownFunctions, &LineLayout::getMinSize, &LineLayout::getMaxSize,
+                           &LineLayout::getPrefSize, &LineLayout::calcMaxSize, &LineLayout::updatePrefSizes_))
+        return false;
+    int const count = owner->getWidgetCount();
+    for (int i = 0; i < count; ++i) {
+        Widget const* const child = owner->getWidget(i);
+        if (!child || !sizesLast_(*owner, *child))
+            return false;
+    }
+    knownChildren_.clear();
+    knownChildren_.reserve(static_cast<std::size_t>(count));
+    visitChildren(owner, [this](int, Widget const& child) {
+        knownChildren_.push_back({child.getPrefSize(), child.getMinSize()[mainAxis_], child.calcMaxSize()[mainAxis_]});
+    });
+    return true;
+}
+
 // --- Placing ---
 
 void LineLayout::updateSize() {
     LayoutRun const run(*this);
     if (!run.getContainer())
         return;
-    updatePrefSizes_();
+    // Kept apart: while children are placed, what is known of them may be read anew.
+    if (answersLast_()) {
+        prefSizes.resize(knownChildren_.size());
+        for (std::size_t i = 0; i < knownChildren_.size(); ++i)
+            prefSizes[i] = knownChildren_[i].wanted;
+    } else {
+        updatePrefSizes_();
+    }
     switch (getAlign_(mainAxis_).type) {
         case Align::Min:
         case Align::Center:
@@ -156,13 +192,13 @@ void LineLayout::placeAligned_(LayoutRun const& run) {
 void LineLayout::placeStretched_(LayoutRun const& run) {
     int const count = static_cast<int>(prefSizes.size());
     int const gaps = saturatingMultiply(count - 1, gap);
-    qor::vector<int> const shares = shareOut_(run, std::max(saturatingSubtract(run.getRoom()[mainAxis_], gaps), 0));
+    shareOut_(run, std::max(saturatingSubtract(run.getRoom()[mainAxis_], gaps), 0));
     std::size_t living = 0;
     int begin = run.getOrigin()[mainAxis_];
     for (int i = 0; i < count; ++i) {
         Widget* const child = run.getChild(i);
-        if (child && living < shares.size()) {
-            Box const box = makeBox_(run, i, begin, shares[living++]);
+        if (child && living < shares_.size()) {
+            Box const box = makeBox_(run, i, begin, shares_[living++].size);
             if (!run.resizeAndMove(child, box.size, box.position))
                 return;
         }
@@ -170,18 +206,23 @@ void LineLayout::placeStretched_(LayoutRun const& run) {
     }
 }
 
-qor::vector<int> LineLayout::shareOut_(LayoutRun const& run, int room) const {
-    qor::vector<FairShareItem> items;
-    visitChildren(run.getContainer(), [&](int, Widget const& child) {
+void LineLayout::shareOut_(LayoutRun const& run, int room) {
+    shares_.clear();
+    auto const add = [this](int least, int most) {
         FairShareItem item;
-        item.min = child.getMinSize()[mainAxis_];
-        item.max = child.calcMaxSize()[mainAxis_];
-        items.push_back(item);
-    });
-    shareFairly(items, room);
-    qor::vector<int> shares(items.size());
-    std::transform(items.begin(), items.end(), shares.begin(), [](FairShareItem const& item) { return item.size; });
-    return shares;
+        item.min = least;
+        item.max = most;
+        shares_.push_back(item);
+    };
+    if (answersLast_())
+        for (KnownChild const& child : knownChildren_)
+            add(child.least, child.most);
+    else
+        visitChildren(run.getContainer(), [&](int, Widget const& child) {
+            int const least = child.getMinSize()[mainAxis_];
+            add(least, child.calcMaxSize()[mainAxis_]);
+        });
+    shareFairly(shares_, room);
 }
 
 }  // namespace gui

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui_lib/base/Align.h"
+#include "gui_lib/layouts/FairShare.h"
 #include "gui_lib/layouts/Layout.h"
 
 namespace gui {
@@ -40,6 +41,9 @@ protected:
     /// Gap and aligns.
     void copySettings_(LineLayout& target) const;
 
+    // Layout:
+    bool measureLasting_() override;
+
     int gap = 0;
     Align horzAlign;
     Align vertAlign;
@@ -48,6 +52,12 @@ private:
     struct Box {
         osg::Vec2i position;
         osg::Vec2i size;
+    };
+    struct KnownChild {
+        osg::Vec2i wanted;
+        /// Along the line.
+        int least;
+        int most;
     };
 
     Align const& getAlign_(int axis) const { return axis == AxisHorz ? horzAlign : vertAlign; }
@@ -58,10 +68,14 @@ private:
     Box makeBox_(LayoutRun const& run, int index, int begin, int length) const;
     /// Where the next one begins.
     int stepOver_(int begin, Widget const* child) const;
-    /// What each living child gets of `room`.
-    qor::vector<int> shareOut_(LayoutRun const& run, int room) const;
+    /// Into `shares_`, what each living child gets of `room`.
+    void shareOut_(LayoutRun const& run, int room);
 
     Axis mainAxis_;
+    /// Of each child, once `measureLasting_` has read them.
+    qor::vector<KnownChild> knownChildren_;
+    /// Of the last run, kept for their storage.
+    qor::vector<FairShareItem> shares_;
 };
 
 }  // namespace gui

@@ -8,6 +8,7 @@
 #include "gui_lib/layouts/LayoutHandler.h"
 #include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/widget/AliveGuard.h"
+#include "gui_lib/widget/VirtualTarget.h"
 #include "gui_lib/widget/WholeZoom.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "platform/qor/Log.h"
@@ -23,11 +24,17 @@ osg::Vec2i greater(osg::Vec2i const& a, osg::Vec2i const& b) {
     return osg::Vec2i(std::max(a.x(), b.x()), std::max(a.y(), b.y()));
 }
 
+/// The functions of Container itself.
+char const* ownFunctions = nullptr;
+
 }  // namespace
 
 // --- Life ---
 
-Container::Container() = default;
+Container::Container() {
+    ownFunctions = getVirtualTable(*this);
+    isContainer = true;
+}
 
 Container::~Container() {
     beginDestruction_();
@@ -38,6 +45,7 @@ Container::~Container() {
     layout = nullptr;
     deleteWidgets_();
     keepsMeasures = false;
+    isContainer = false;
 }
 
 void Container::copyParams(Container* target) const {
@@ -238,10 +246,15 @@ void Container::forgetLayoutAnswers_() {
         live->forgetAnswers_();
 }
 
+bool Container::forgetLastingAnswers_() {
+    Layout* const live = LayoutHandler::get(layout);
+    return live && live->forgetLastingAnswers_();
+}
+
 // --- Size questions ---
 
-Layout const* Container::getAskedLayout_() const {
-    Layout const* const live = LayoutHandler::get(layout);
+Layout* Container::getAskedLayout_() const {
+    Layout* const live = LayoutHandler::get(layout);
     if (live)
         keepsMeasures = true;
     return live;
@@ -249,13 +262,13 @@ Layout const* Container::getAskedLayout_() const {
 
 osg::Vec2i Container::getMinSize() const {
     osg::Vec2i const own = Widget::getMinSize();
-    Layout const* const live = getAskedLayout_();
+    Layout* const live = getAskedLayout_();
     return live ? greater(own, scaleByWholeZoom(live->ask_(Layout::AskMin), getZoom())) : own;
 }
 
 osg::Vec2i Container::getMaxSize() const {
     osg::Vec2i result = Widget::getMaxSize();
-    Layout const* const live = getAskedLayout_();
+    Layout* const live = getAskedLayout_();
     if (!live)
         return result;
     osg::Vec2i const most = scaleByWholeZoom(live->ask_(Layout::AskMax), getZoom());
@@ -271,14 +284,14 @@ osg::Vec2i Container::getMaxSize() const {
 }
 
 osg::Vec2i Container::calcMaxSize() const {
-    Layout const* const live = getAskedLayout_();
+    Layout* const live = getAskedLayout_();
     return live ? live->ask_(Layout::AskCalcMax) : getMaxSize();
 }
 
 osg::Vec2i Container::getPrefSize() const {
     // Its limits are asked for too, which ask every child again.
     MeasurePass const pass;
-    if (Layout const* const live = getAskedLayout_()) {
+    if (Layout* const live = getAskedLayout_()) {
         osg::Vec2i wanted = live->ask_(Layout::AskPref);
         if (skin::Data const* const data = skin ? skin->getSkinData() : nullptr) {
             Insets const& insets = data->getInsets();
@@ -288,6 +301,20 @@ osg::Vec2i Container::getPrefSize() const {
     }
     osg::Vec2i const natural = calcSize();
     return clampSize_(natural == osg::Vec2i(0, 0) ? getSize() : natural);
+}
+
+bool Container::showsAllChildren_() const {
+    return haveSameFunctions(getVirtualTable(*this), ownFunctions, &Container::getWidgetCount,
+                             &Container::getWidgetCount_, &Container::getWidget, &Container::getWidget_);
+}
+
+bool Container::sizesLast_() const {
+    // Without a layout the present size counts.
+    Layout* const live = LayoutHandler::get(layout);
+    return live && live->answersLast_() && showsAllChildren_() &&
+           haveSameFunctions(getVirtualTable(*this), ownFunctions, &Container::getMinSize, &Container::getMaxSize,
+                             &Container::calcMaxSize, &Container::getPrefSize) &&
+           limitsLast_();
 }
 
 // --- Names and texts ---

@@ -77,6 +77,8 @@ public:
 
 protected:
     friend class Widget;
+    friend class Layout;
+    friend class LayoutRun;
 
     virtual void parseChildren_();
     /// Inserts at `index` if that is a place in front of a child, else at the end; takes the widget out of its old
@@ -127,8 +129,14 @@ private:
     int findChild_(Widget const* widget) const;
     void runLayout_();
     /// For size questions, which it may answer from memory; null without one.
-    Layout const* getAskedLayout_() const;
+    Layout* getAskedLayout_() const;
     void forgetLayoutAnswers_();
+    /// False if its layout knew none.
+    bool forgetLastingAnswers_();
+    /// As those of Widget.
+    bool sizesLast_() const;
+    /// Whether the children are those in `widgets`, and no override hides or adds some.
+    bool showsAllChildren_() const;
     void hoverUnderRestingCursor_();
     template <class Forward>
     bool forwardKey_(Forward forward);

@@ -10,6 +10,7 @@
 #include "gui_lib/widget/CallbackTables.h"
 #include "gui_lib/widget/Container.h"
 #include "gui_lib/widget/OriginScope.h"
+#include "gui_lib/widget/VirtualTarget.h"
 #include "gui_lib/widget/WholeZoom.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/widget/WidgetWorkLists.h"
@@ -37,18 +38,24 @@ qor::basic_string<wchar_t> const* findLocalized(Widget::LocalizationMap const& m
     return found == map.end() ? nullptr : &found->second;
 }
 
+/// The functions of Widget itself.
+char const* ownFunctions = nullptr;
+
 }  // namespace
 
 // --- Life ---
 
-Widget::Widget() : handler(WidgetHandler::create(this)) { WidgetWorkLists::get().enterDirty(*this); }
+Widget::Widget() : handler(WidgetHandler::create(this)) {
+    ownFunctions = getVirtualTable(*this);
+    WidgetWorkLists::get().enterDirty(*this);
+}
 
 Widget::~Widget() {
     destroying = true;
     MeasurePass::forgetAll();
     WidgetHandler::release(handler);
     WidgetWorkLists::get().remove(*this);
-    if (auto* const container = dynamic_cast<Container*>(getParentWidget_()))
+    if (Container* const container = getParentContainer_())
         container->removeWidget_(this);
     delete skin;
     delete tooltipSkin;
@@ -63,7 +70,7 @@ void Widget::destroy(Widget* widget) {
 void Widget::destroy_() {
     beginDestruction_();
     AliveGuard const self(this);
-    if (auto* const container = dynamic_cast<Container*>(getParentWidget_()))
+    if (Container* const container = getParentContainer_())
         container->onWidgetDestroy(handler);
     if (WindowsManager* const manager = WindowsManager::get(getRootSurfaceId()))
         manager->releaseMouse(handler);
@@ -76,7 +83,7 @@ unsigned long Widget::getRedrawCount() { return WidgetWorkLists::get().getRedraw
 
 void Widget::redrawAll() {
     // A size callback that blocks keeps its pass open over whole frames: each begins anew.
-    MeasurePass::forgetAll();
+    MeasurePass::begin();
     WidgetWorkLists::get().redrawAll();
 }
 
@@ -163,6 +170,12 @@ void Widget::setShaderEffect(char const* name, skin::ShaderEffectParams const* p
 
 Widget* Widget::getParentWidget_() const { return WidgetHandler::get(parent); }
 
+Container* Widget::getParentContainer_() const { return asContainer_(getParentWidget_()); }
+
+Container* Widget::asContainer_(Widget* widget) {
+    return widget && widget->isContainer ? static_cast<Container*>(widget) : nullptr;
+}
+
 void Widget::setParent(WidgetHandler* newParent) {
     if (newParent != parent)
         onParentChanged_(newParent);
@@ -185,7 +198,7 @@ void Widget::resetParent() {
 }
 
 void Widget::detachFromParent() {
-    if (auto* const container = dynamic_cast<Container*>(getParentWidget_()))
+    if (Container* const container = getParentContainer_())
         container->removeWidget_(this);
 }
 
@@ -209,7 +222,7 @@ void Widget::setText(std::basic_string_view<wchar_t> newText) {
 
 void Widget::onTextChanged_(std::basic_string_view<wchar_t> newText) {
     text = newText;
-    MeasurePass::forgetAll();
+    forgetSizes_();
     if (skin)
         skin->setTextChanged();
     setDirty(DirtySelf);
@@ -291,19 +304,44 @@ void Widget::updateSize() { updateSize_(); }
 void Widget::updateSize_() { onSizeChanged_(getSize()); }
 
 void Widget::forgetMeasures_() {
-    if (!MeasurePass::isOpen())
+    if (!MeasurePass::isOpen() || !MeasurePass::hasFleeting())
         return;
     Widget* top = this;
     for (Widget* up = this; up; up = up->getParentWidget_()) {
         // A container may hold what does not know it as its parent.
         if (up->heldByStranger)
-            return MeasurePass::forgetAll();
+            return MeasurePass::forgetFleeting();
         if (up->keepsMeasures)
             static_cast<Container*>(up)->forgetLayoutAnswers_();
         top = up;
     }
     if (top->containerLinks > 0)
-        MeasurePass::forgetAll();
+        MeasurePass::forgetFleeting();
+}
+
+void Widget::forgetSizes_() {
+    MeasurePass::forgetFleeting();
+    if (isContainer)
+        static_cast<Container*>(this)->forgetLastingAnswers_();
+    // Lasting answers build on those of the layouts below: above one that knows none, none are known.
+    Container* up = getParentContainer_();
+    while (up && up->forgetLastingAnswers_())
+        up = up->getParentContainer_();
+}
+
+bool Widget::limitsLast_() const {
+    return haveSameFunctions(getVirtualTable(*this), ownFunctions, &Widget::getZoom, &Widget::setZoom,
+                             &Widget::onZoomChanged_) &&
+           (!skin || skin->limitsLast_());
+}
+
+bool Widget::sizesLast_() const {
+    if (isContainer)
+        return static_cast<Container const*>(this)->sizesLast_();
+    return haveSameFunctions(getVirtualTable(*this), ownFunctions, &Widget::getMinSize, &Widget::getMaxSize,
+                             &Widget::calcMaxSize, &Widget::getPrefSize, &Widget::calcSize, &Widget::getText,
+                             &Widget::setText, &Widget::onTextChanged_) &&
+           limitsLast_() && (!skin || skin->sizeLasts_());
 }
 
 osg::Vec2i Widget::validateSize_(osg::Vec2i const& wanted) const {
@@ -351,7 +389,7 @@ void Widget::setZoom(float newZoom) {
 
 void Widget::onZoomChanged_(float newZoom) {
     zoom = newZoom;
-    MeasurePass::forgetAll();
+    forgetSizes_();
     setDirty(DirtySelf);
 }
 
@@ -389,7 +427,7 @@ void Widget::setVisible(bool newVisible) {
 
 void Widget::onVisibleChanged_(bool newVisible) {
     visible = newVisible;
-    MeasurePass::forgetAll();
+    MeasurePass::forgetFleeting();
     setDirty(DirtySelf);
 }
 
@@ -409,7 +447,7 @@ void Widget::onFocusChanged_(bool newFocused) {
     static int const type = getWidgetCallbackType(focusCallbackName);
     AliveGuard const self(this);
     focused = newFocused;
-    MeasurePass::forgetAll();
+    MeasurePass::forgetFleeting();
     if (Widget* const up = getParentWidget_())
         up->setFocusedWidget_(newFocused ? handler : nullptr);
     if (self.dead())
@@ -431,7 +469,7 @@ void Widget::setEnabled(bool newEnabled) {
 
 void Widget::onEnableChanged_(bool newEnabled) {
     enabled = newEnabled;
-    MeasurePass::forgetAll();
+    MeasurePass::forgetFleeting();
     setDirty(DirtyTree);
 }
 
@@ -510,7 +548,7 @@ void Widget::onChildBecomeDirty_(Widget* child) {
 void Widget::setDirtySize(bool newDirtySize) {
     dirtySize = newDirtySize;
     if (dirtySize)
-        MeasurePass::forgetAll();
+        forgetSizes_();
 }
 
 bool Widget::getDirtySize() const { return dirtySize; }

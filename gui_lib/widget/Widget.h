@@ -16,7 +16,9 @@
 
 namespace gui {
 
+class Container;
 class GraphicCommands;
+class Layout;
 class WidgetHandler;
 class WidgetWorkLists;
 struct CallbackTables;
@@ -218,6 +220,8 @@ public:
 
 protected:
     friend class Container;
+    friend class Layout;
+    friend class LayoutRun;
     friend class MessageKillWindow;
     friend class WidgetWorkLists;
     friend class skin::Skin;
@@ -277,8 +281,14 @@ protected:
     /// Grows whenever a child comes, goes, moves or is resized, for whoever keeps an index of their places.
     unsigned getChildPlaceChanges_() const { return childPlaceChanges; }
     Widget* getParentWidget_() const;
-    /// The place or size is another one: what containers above, and this, have measured holds no longer.
+    /// Null for null, and for what is no Container, or no longer or not yet.
+    static Container* asContainer_(Widget* widget);
+    Container* getParentContainer_() const;
+    /// The place or size is another one: what containers above, and this, have measured with it holds no longer.
     void forgetMeasures_();
+    /// Minimum, maximum or preferred size may be others: what containers above, and this, have measured holds no
+    /// longer.
+    void forgetSizes_();
 
     WidgetHandler* handler = nullptr;
     WidgetHandler* parent = nullptr;
@@ -312,6 +322,10 @@ private:
     void redrawDebugSkin_();
     /// The own place in the parent is another.
     void onPlaceChanged_() const;
+    /// Whether minimum, maximum and preferred size come from the toolkit's own functions, and depend neither on place,
+    /// size and state nor on pictures: they stay until `forgetSizes_`.
+    bool sizesLast_() const;
+    bool limitsLast_() const;
 
     /// Places in the two dirty lists and in the list for `doRedraw`; -1 outside.
     int dirtyIndex[2] = {-1, -1};
@@ -327,6 +341,8 @@ private:
     bool childDirtiedInRedraw = false;
     /// A container whose layout was asked for sizes.
     mutable bool keepsMeasures = false;
+    /// While this is a Container, as `dynamic_cast` sees it.
+    bool isContainer = false;
 };
 
 }  // namespace gui

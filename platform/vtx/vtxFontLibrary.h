@@ -23,6 +23,7 @@ public:
     void doRedraw() override;
     unsigned getScaleEpoch() const override { return getScaleEpoch_() + nameChanges_.load(std::memory_order_acquire); }
     void setSystemFontsUsed(bool used) override;
+    unsigned getFontEpoch() const override { return nameChanges_.load(std::memory_order_acquire); }
     void reloadChanged(qor::string& error) override;
     qor::vector<qor::string> getFiles() const override;
 

@@ -26,6 +26,9 @@ public:
     /// Whether fonts that are installed on the system may be used beside the shipped ones (they are, to begin with).
     /// Without them text looks the same on every machine. Fonts already handed out stay as they are.
     virtual void setSystemFontsUsed(bool used) = 0;
+    /// Counts up whenever `getFont` may give other fonts for the same names than before: after the call above, and
+    /// after fonts were read anew.
+    virtual unsigned getFontEpoch() const = 0;
 
     // --- Live reload ---
     /// Reads fonts anew whose files have changed since they were read: `getFont` gives
