@@ -9,8 +9,8 @@
 #include "gui_lib/Skin/SkinTableCache.h"
 #include "gui_lib/Skin/StateInfo.h"
 #include "gui_lib/Skin/luautil.h"
+#include "gui_lib/base/VirtualTable.h"
 #include "gui_lib/layouts/MeasurePass.h"
-#include "gui_lib/widget/VirtualTarget.h"
 #include "platform/qor/Log.h"
 #include "platform/qor/Lua.h"
 #include "platform/qor/Truncate.h"
@@ -33,8 +33,8 @@ void readSize(lua_State* L, char const* key, osg::Vec2i& size) {
     size.y() = std::max(size.y(), 0);
 }
 
-/// The functions of Data itself.
-char const* ownFunctions = nullptr;
+/// Of Data itself; the same whenever a construction begins.
+VirtualTable dataTable;
 
 template <class Function>
 void writeProtected(lua_State* L, Function&& function) {
@@ -45,7 +45,7 @@ void writeProtected(lua_State* L, Function&& function) {
 
 }  // namespace
 
-Data::Data(Skin* newOwner) : owner(newOwner), states(getEmptyStates()) { ownFunctions = getVirtualTable(*this); }
+Data::Data(Skin* newOwner) : owner(newOwner), states(getEmptyStates()) { dataTable = VirtualTable::of(*this); }
 
 Data::~Data() {
     MeasurePass::forgetAll();
@@ -154,13 +154,13 @@ void Data::setLoaded() { loaded = true; }
 bool Data::getLoaded() const { return loaded; }
 
 bool Data::paramsLast_() const {
-    return haveSameFunctions(getVirtualTable(*this), ownFunctions, &Data::getMinSize, &Data::setMinSize,
-                             &Data::getMaxSize, &Data::setMaxSize, &Data::getInsets, &Data::setInsets,
-                             &Data::getTextWrapping, &Data::setTextWrapping, &Data::getUseEllipsis,
-                             &Data::setUseEllipsis, &Data::ownerSkinUpdateWidget);
+    return VirtualTable::of(*this).sharesAll(dataTable, &Data::getMinSize, &Data::setMinSize, &Data::getMaxSize,
+                                             &Data::setMaxSize, &Data::getInsets, &Data::setInsets,
+                                             &Data::getTextWrapping, &Data::setTextWrapping, &Data::getUseEllipsis,
+                                             &Data::setUseEllipsis, &Data::ownerSkinUpdateWidget);
 }
 
-bool Data::looksLast_() const { return haveSameFunctions(getVirtualTable(*this), ownFunctions, &Data::findStateInfo_); }
+bool Data::looksLast_() const { return VirtualTable::of(*this).sharesAll(dataTable, &Data::findStateInfo_); }
 
 // --- Looks ---
 

@@ -11,6 +11,7 @@
 #include "gui_lib/Skin/TargetWidgetScope.h"
 #include "gui_lib/Skin/TextMeasure.h"
 #include "gui_lib/base/SaturatingMath.h"
+#include "gui_lib/base/VirtualTable.h"
 #include "gui_lib/base/textutil.h"
 #include "gui_lib/effects/ShaderEffect.h"
 #include "gui_lib/effects/ShaderEffectManager.h"
@@ -19,7 +20,6 @@
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "gui_lib/graphics/ScratchGraphicCommands.h"
 #include "gui_lib/layouts/MeasurePass.h"
-#include "gui_lib/widget/VirtualTarget.h"
 #include "gui_lib/widget/Widget.h"
 #include "platform/qor/Truncate.h"
 #include "platform/vtx/vtxFontManager.h"
@@ -44,15 +44,15 @@ void destroyDrawable(Drawable*& drawable) {
     drawable = nullptr;
 }
 
-/// The functions of Skin itself.
-char const* ownFunctions = nullptr;
+/// Of Skin itself; the same whenever a construction begins.
+VirtualTable skinTable;
 
 int getTabSpaces() { return GUI::get() ? GUI::get()->getTabSpacesCount() : 0; }
 
 }  // namespace
 
 Skin::Skin(Widget* newWidget, bool makeData) : widget(newWidget) {
-    ownFunctions = getVirtualTable(*this);
+    skinTable = VirtualTable::of(*this);
     if (makeData)
         setSkinData(new Data(this), true);
 }
@@ -148,6 +148,7 @@ void Skin::setShaderEffect(char const* name, ShaderEffectParams const* params) {
         effect = nullptr;
         return;
     }
+    MeasurePass::forgetFleeting();
     if (ShaderEffect* const old = std::exchange(effect, nullptr)) {
         old->skin_ = nullptr;
         old->destroy();
@@ -239,8 +240,8 @@ osg::Vec2i Skin::calcTextSize2_(qor::basic_string<wchar_t> const& theText, Text:
 bool Skin::limitsLast_() const { return !data || data->paramsLast_(); }
 
 bool Skin::sizeLasts_() const {
-    if (!haveSameFunctions(getVirtualTable(*this), ownFunctions, &Skin::calcSize, &Skin::calcTextSize_,
-                           &Skin::calcTextSize2_, &Skin::calcPictureSize_))
+    if (!VirtualTable::of(*this).sharesAll(skinTable, &Skin::calcSize, &Skin::calcTextSize_, &Skin::calcTextSize2_,
+                                           &Skin::calcPictureSize_))
         return false;
     if (!data)
         return true;

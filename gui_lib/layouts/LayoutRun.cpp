@@ -1,12 +1,7 @@
 #include "gui_lib/layouts/LayoutRun.h"
 
 #include "gui_lib/base/SaturatingMath.h"
-#include "gui_lib/layouts/Layout.h"
-#include "gui_lib/layouts/LayoutHandler.h"
 #include "gui_lib/widget/AliveGuard.h"
-#include "gui_lib/widget/WidgetHandler.h"
-
-#include <iterator>
 
 namespace gui {
 
@@ -24,36 +19,6 @@ LayoutRun::LayoutRun(Layout& layout)
     osg::RectImpl<osg::Vec2i> const client = owner->getClientRect();
     origin_.set(client.x1, client.y1);
     room_.set(saturatingSubtract(client.x2, client.x1), saturatingSubtract(client.y2, client.y1));
-}
-
-Container* LayoutRun::getContainer() const { return Widget::asContainer_(WidgetHandler::get(container_)); }
-
-Widget* LayoutRun::getChild(int index) const {
-    Container const* const owner = getContainer();
-    if (!owner)
-        return nullptr;
-    if (!readsChildren_)
-        return owner->getWidget(index);
-    bool const exists = index >= 0 && index < std::ssize(owner->widgets);
-    return exists ? WidgetHandler::get(owner->widgets[index]) : nullptr;
-}
-
-bool LayoutRun::goesOn_() const {
-    Layout const* const layout = LayoutHandler::get(layout_);
-    // A container that dies takes its layout along, or is taken from it.
-    return layout && layout->runCount_ == number_ && layout->getContainer() == container_;
-}
-
-bool LayoutRun::resize(Widget* child, osg::Vec2i const& size) const {
-    if (child)
-        child->setSize(size);
-    return goesOn_();
-}
-
-bool LayoutRun::move(Widget* child, osg::Vec2i const& position) const {
-    if (child)
-        child->setPosition(position);
-    return goesOn_();
 }
 
 bool LayoutRun::resizeAndMove(Widget* child, osg::Vec2i const& size, osg::Vec2i const& position) const {

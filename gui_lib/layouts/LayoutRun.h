@@ -1,14 +1,16 @@
 #pragma once
 
+#include "gui_lib/layouts/Layout.h"
+#include "gui_lib/layouts/LayoutHandler.h"
 #include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/widget/Container.h"
+#include "gui_lib/widget/WidgetHandler.h"
 
 #include <osg/Vec2i>
 
-namespace gui {
+#include <iterator>
 
-class Layout;
-class LayoutHandler;
+namespace gui {
 
 /// Calls `visit(index, child)` for each living child; answers how many places there are, 0 without a container.
 template <class Visit>
@@ -32,20 +34,38 @@ public:
     explicit LayoutRun(Layout& layout);
 
     /// Null without a container that lives: there is nothing to do.
-    Container* getContainer() const;
+    Container* getContainer() const { return Widget::asContainer_(WidgetHandler::get(container_)); }
     /// The container's client rectangle as it was at the beginning.
     osg::Vec2i const& getOrigin() const { return origin_; }
     osg::Vec2i const& getRoom() const { return room_; }
-    Widget* getChild(int index) const;
+    Widget* getChild(int index) const {
+        Container const* const owner = getContainer();
+        if (!owner || !readsChildren_)
+            return owner ? owner->getWidget(index) : nullptr;
+        bool const exists = index >= 0 && index < std::ssize(owner->widgets);
+        return exists ? WidgetHandler::get(owner->widgets[index]) : nullptr;
+    }
 
     // --- False: the walk ends, and nothing of the layout may be touched ---
-    bool resize(Widget* child, osg::Vec2i const& size) const;
-    bool move(Widget* child, osg::Vec2i const& position) const;
+    bool resize(Widget* child, osg::Vec2i const& size) const {
+        if (child)
+            child->setSize(size);
+        return goesOn_();
+    }
+    bool move(Widget* child, osg::Vec2i const& position) const {
+        if (child)
+            child->setPosition(position);
+        return goesOn_();
+    }
     bool resizeAndMove(Widget* child, osg::Vec2i const& size, osg::Vec2i const& position) const;
     bool moveAndResize(Widget* child, osg::Vec2i const& position, osg::Vec2i const& size) const;
 
 private:
-    bool goesOn_() const;
+    bool goesOn_() const {
+        Layout const* const layout = LayoutHandler::get(layout_);
+        // A container that dies takes its layout along, or is taken from it.
+        return layout && layout->runCount_ == number_ && layout->getContainer() == container_;
+    }
 
     MeasurePass pass_;
     LayoutHandler* layout_;

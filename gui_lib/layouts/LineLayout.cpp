@@ -1,8 +1,8 @@
 #include "gui_lib/layouts/LineLayout.h"
 
 #include "gui_lib/base/SaturatingMath.h"
+#include "gui_lib/base/VirtualTable.h"
 #include "gui_lib/layouts/LayoutRun.h"
-#include "gui_lib/widget/VirtualTarget.h"
 
 #include <algorithm>
 
@@ -10,13 +10,13 @@ namespace gui {
 
 namespace {
 
-/// The functions of LineLayout itself.
-char const* ownFunctions = nullptr;
+/// Of LineLayout itself; the same whenever a construction begins.
+VirtualTable lineLayoutTable;
 
 }  // namespace
 
 LineLayout::LineLayout(int newGap, Axis mainAxis) : gap(newGap), mainAxis_(mainAxis) {
-    ownFunctions = getVirtualTable(*this);
+    lineLayoutTable = VirtualTable::of(*this);
 }
 
 void LineLayout::copySettings_(LineLayout& target) const {
@@ -105,9 +105,9 @@ osg::Vec2i LineLayout::calcMaxSize() const {
 
 bool LineLayout::measureLasting_() {
     Container const* const owner = getLiveContainer_();
-    if (!owner ||
-        !haveSameFunctions(getVirtualTable(*this), ownFunctions, &LineLayout::getMinSize, &LineLayout::getMaxSize,
-                           &LineLayout::getPrefSize, &LineLayout::calcMaxSize, &LineLayout::updatePrefSizes_))
+    if (!owner || !VirtualTable::of(*this).sharesAll(lineLayoutTable, &LineLayout::getMinSize, &LineLayout::getMaxSize,
+                                                     &LineLayout::getPrefSize, &LineLayout::calcMaxSize,
+                                                     &LineLayout::updatePrefSizes_))
         return false;
     int const count = owner->getWidgetCount();
     for (int i = 0; i < count; ++i) {

@@ -23,7 +23,8 @@ public:
     /// As if a pass began here: no fleeting answer is known, and no lasting one if fonts have changed.
     static void begin();
 
-    /// Mark what is known now; what carries another stamp is known no longer. No fleeting stamp is a lasting one.
+    /// Mark what is known now; what carries another stamp is known no longer. No fleeting stamp is a lasting one. How
+    /// widgets are drawn, whether to a target, is known under the fleeting one too.
     static std::uint64_t getStamp() { return stamp_; }
     static std::uint64_t getLastingStamp() { return lastingStamp_; }
 

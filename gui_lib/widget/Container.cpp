@@ -3,12 +3,12 @@
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/base/SaturatingMath.h"
+#include "gui_lib/base/VirtualTable.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/layouts/Layout.h"
 #include "gui_lib/layouts/LayoutHandler.h"
 #include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/widget/AliveGuard.h"
-#include "gui_lib/widget/VirtualTarget.h"
 #include "gui_lib/widget/WholeZoom.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "platform/qor/Log.h"
@@ -24,15 +24,15 @@ osg::Vec2i greater(osg::Vec2i const& a, osg::Vec2i const& b) {
     return osg::Vec2i(std::max(a.x(), b.x()), std::max(a.y(), b.y()));
 }
 
-/// The functions of Container itself.
-char const* ownFunctions = nullptr;
+/// Of Container itself; the same whenever a construction begins.
+VirtualTable containerTable;
 
 }  // namespace
 
 // --- Life ---
 
 Container::Container() {
-    ownFunctions = getVirtualTable(*this);
+    containerTable = VirtualTable::of(*this);
     isContainer = true;
 }
 
@@ -304,16 +304,16 @@ osg::Vec2i Container::getPrefSize() const {
 }
 
 bool Container::showsAllChildren_() const {
-    return haveSameFunctions(getVirtualTable(*this), ownFunctions, &Container::getWidgetCount,
-                             &Container::getWidgetCount_, &Container::getWidget, &Container::getWidget_);
+    return VirtualTable::of(*this).sharesAll(containerTable, &Container::getWidgetCount, &Container::getWidgetCount_,
+                                             &Container::getWidget, &Container::getWidget_);
 }
 
 bool Container::sizesLast_() const {
     // Without a layout the present size counts.
     Layout* const live = LayoutHandler::get(layout);
     return live && live->answersLast_() && showsAllChildren_() &&
-           haveSameFunctions(getVirtualTable(*this), ownFunctions, &Container::getMinSize, &Container::getMaxSize,
-                             &Container::calcMaxSize, &Container::getPrefSize) &&
+           VirtualTable::of(*this).sharesAll(containerTable, &Container::getMinSize, &Container::getMaxSize,
+                                             &Container::calcMaxSize, &Container::getPrefSize) &&
            limitsLast_();
 }
 

@@ -142,4 +142,8 @@ private:
     bool forwardKey_(Forward forward);
 };
 
+inline Container* Widget::asContainer_(Widget* widget) {
+    return widget && widget->isContainer ? static_cast<Container*>(widget) : nullptr;
+}
+
 }  // namespace gui

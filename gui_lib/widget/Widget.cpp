@@ -3,6 +3,7 @@
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/base/SaturatingMath.h"
+#include "gui_lib/base/VirtualTable.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
 #include "gui_lib/layouts/MeasurePass.h"
@@ -10,7 +11,6 @@
 #include "gui_lib/widget/CallbackTables.h"
 #include "gui_lib/widget/Container.h"
 #include "gui_lib/widget/OriginScope.h"
-#include "gui_lib/widget/VirtualTarget.h"
 #include "gui_lib/widget/WholeZoom.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/widget/WidgetWorkLists.h"
@@ -38,15 +38,15 @@ qor::basic_string<wchar_t> const* findLocalized(Widget::LocalizationMap const& m
     return found == map.end() ? nullptr : &found->second;
 }
 
-/// The functions of Widget itself.
-char const* ownFunctions = nullptr;
+/// Of Widget itself; the same whenever a construction begins.
+VirtualTable widgetTable;
 
 }  // namespace
 
 // --- Life ---
 
 Widget::Widget() : handler(WidgetHandler::create(this)) {
-    ownFunctions = getVirtualTable(*this);
+    widgetTable = VirtualTable::of(*this);
     WidgetWorkLists::get().enterDirty(*this);
 }
 
@@ -171,10 +171,6 @@ void Widget::setShaderEffect(char const* name, skin::ShaderEffectParams const* p
 Widget* Widget::getParentWidget_() const { return WidgetHandler::get(parent); }
 
 Container* Widget::getParentContainer_() const { return asContainer_(getParentWidget_()); }
-
-Container* Widget::asContainer_(Widget* widget) {
-    return widget && widget->isContainer ? static_cast<Container*>(widget) : nullptr;
-}
 
 void Widget::setParent(WidgetHandler* newParent) {
     if (newParent != parent)
@@ -330,17 +326,17 @@ void Widget::forgetSizes_() {
 }
 
 bool Widget::limitsLast_() const {
-    return haveSameFunctions(getVirtualTable(*this), ownFunctions, &Widget::getZoom, &Widget::setZoom,
-                             &Widget::onZoomChanged_) &&
+    return VirtualTable::of(*this).sharesAll(widgetTable, &Widget::getZoom, &Widget::setZoom,
+                                             &Widget::onZoomChanged_) &&
            (!skin || skin->limitsLast_());
 }
 
 bool Widget::sizesLast_() const {
     if (isContainer)
         return static_cast<Container const*>(this)->sizesLast_();
-    return haveSameFunctions(getVirtualTable(*this), ownFunctions, &Widget::getMinSize, &Widget::getMaxSize,
-                             &Widget::calcMaxSize, &Widget::getPrefSize, &Widget::calcSize, &Widget::getText,
-                             &Widget::setText, &Widget::onTextChanged_) &&
+    return VirtualTable::of(*this).sharesAll(widgetTable, &Widget::getMinSize, &Widget::getMaxSize,
+                                             &Widget::calcMaxSize, &Widget::getPrefSize, &Widget::calcSize,
+                                             &Widget::getText, &Widget::setText, &Widget::onTextChanged_) &&
            limitsLast_() && (!skin || skin->sizeLasts_());
 }
 
@@ -402,6 +398,7 @@ void Widget::setOpacity(float newOpacity) {
     if ((newOpacity == 1.0f) != (opacity == 1.0f))
         setDirty(DirtySelf);
     opacity = newOpacity;
+    MeasurePass::forgetFleeting();
 }
 
 float Widget::getOpacity() const { return opacity; }
@@ -528,9 +525,24 @@ void Widget::setDirty(DirtyFlag) {
     if (dirty)
         return;
     WidgetWorkLists::get().enterDirty(*this);
-    if (Widget* const up = getParentWidget_())
+    Widget* const up = getParentWidget_();
+    if (up && !(MeasurePass::isOpen() && up->ignoresMarksOfChildren_()))
         up->onChildBecomeDirty_(this);
     dirty = true;
+}
+
+bool Widget::ignoresMarksOfChildren_() {
+    std::uint64_t const stamp = MeasurePass::getStamp();
+    if (ignoringStamp == stamp)
+        return true;
+    if (!VirtualTable::of(*this).sharesAll(widgetTable, &Widget::onChildBecomeDirty_, &Widget::getDrawToTarget) ||
+        getDrawToTarget())
+        return false;
+    Widget* const up = getParentWidget_();
+    if (up && !up->ignoresMarksOfChildren_())
+        return false;
+    ignoringStamp = stamp;
+    return true;
 }
 
 void Widget::onChildBecomeDirty_(Widget* child) {
@@ -555,6 +567,7 @@ bool Widget::getDirtySize() const { return dirtySize; }
 
 void Widget::setDrawToTarget(bool newDrawToTarget) {
     drawToTarget = newDrawToTarget;
+    MeasurePass::forgetFleeting();
     setDirty(DirtySelf);
 }
 

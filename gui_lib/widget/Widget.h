@@ -10,6 +10,7 @@
 
 #include <osg/Vec2i>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string_view>
@@ -282,6 +283,7 @@ protected:
     unsigned getChildPlaceChanges_() const { return childPlaceChanges; }
     Widget* getParentWidget_() const;
     /// Null for null, and for what is no Container, or no longer or not yet.
+    /// Defined in Container.h.
     static Container* asContainer_(Widget* widget);
     Container* getParentContainer_() const;
     /// The place or size is another one: what containers above, and this, have measured with it holds no longer.
@@ -326,6 +328,9 @@ private:
     /// size and state nor on pictures: they stay until `forgetSizes_`.
     bool sizesLast_() const;
     bool limitsLast_() const;
+    /// Whether the mark of a child changes nothing here and above, so that nobody needs to hear of it. Found out once
+    /// in a `MeasurePass`, in which many children are marked.
+    bool ignoresMarksOfChildren_();
 
     /// Places in the two dirty lists and in the list for `doRedraw`; -1 outside.
     int dirtyIndex[2] = {-1, -1};
@@ -341,6 +346,8 @@ private:
     bool childDirtiedInRedraw = false;
     /// A container whose layout was asked for sizes.
     mutable bool keepsMeasures = false;
+    /// The stamp of `MeasurePass` under which marks of children were found to be ignored.
+    std::uint64_t ignoringStamp = 0;
     /// While this is a Container, as `dynamic_cast` sees it.
     bool isContainer = false;
 };
