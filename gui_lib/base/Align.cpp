@@ -5,12 +5,8 @@
 
 namespace gui {
 
-void Align::calc(int length, int available, int& from, int& to) const {
+void Align::calcUnstretched_(int length, int available, int& from, int& to) const {
     switch (type) {
-        case Stretch:
-            from = 0;
-            to = available;
-            return;
         case Center:
             from = saturate(offset + (std::int64_t(available) - length) / 2);
             break;

@@ -95,10 +95,14 @@ bool Layout::sizesLast_(Container const& owner, Widget const& child) {
     return child.parent == owner.handler && child.containerLinks == 1 && child.sizesLast_();
 }
 
+bool Layout::isPlacedPlainly_(Widget const& child) { return child.isPlacedPlainly_(); }
+
+bool Layout::knowsLasting_() const { return lastingStamp_ == MeasurePass::getLastingStamp(); }
+
 bool Layout::answersLast_() {
-    std::uint64_t const lasting = MeasurePass::getLastingStamp();
-    if (lastingStamp_ == lasting)
+    if (knowsLasting_())
         return true;
+    std::uint64_t const lasting = MeasurePass::getLastingStamp();
     if (fleetingStamp_ == MeasurePass::getStamp() || !MeasurePass::isKeeping())
         return false;
     if (measureLasting_()) {
@@ -110,7 +114,7 @@ bool Layout::answersLast_() {
 }
 
 bool Layout::forgetLastingAnswers_() {
-    bool const known = lastingStamp_ == MeasurePass::getLastingStamp();
+    bool const known = knowsLasting_();
     lastingStamp_ = 0;
     forgetAnswers_();
     return known;

@@ -63,8 +63,11 @@ protected:
     virtual bool measureLasting_();
 
     static bool sizesLast_(Container const& owner, Widget const& child);
-    /// What is known of the children still holds, or has been read anew.
+    static bool isPlacedPlainly_(Widget const& child);
+    /// The same, or it has been read anew.
     bool answersLast_();
+    /// What is known of the children still holds.
+    bool knowsLasting_() const;
 
     /// The container if it lives and is one.
     Container* getLiveContainer_() const;

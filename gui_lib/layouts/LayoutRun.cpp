@@ -28,6 +28,19 @@ bool LayoutRun::resizeAndMove(Widget* child, osg::Vec2i const& size, osg::Vec2i 
     return resize(child, size) && move(lives.alive() ? child : nullptr, position);
 }
 
+bool LayoutRun::change_(Widget& child, osg::Vec2i const& validSize, osg::Vec2i const& position) const {
+    AliveGuard const lives(&child);
+    if (child.size != validSize) {
+        child.onSizeChanged_(validSize);
+        if (!goesOn_() || lives.dead())
+            return goesOn_();
+    }
+    if (child.position == position)
+        return true;
+    child.onPositionChanged_(position);
+    return goesOn_();
+}
+
 bool LayoutRun::moveAndResize(Widget* child, osg::Vec2i const& position, osg::Vec2i const& size) const {
     if (!child)
         return goesOn_();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gui_lib/base/SizeLimits.h"
 #include "gui_lib/layouts/Layout.h"
 #include "gui_lib/layouts/LayoutHandler.h"
 #include "gui_lib/layouts/MeasurePass.h"
@@ -59,8 +60,15 @@ public:
     }
     bool resizeAndMove(Widget* child, osg::Vec2i const& size, osg::Vec2i const& position) const;
     bool moveAndResize(Widget* child, osg::Vec2i const& position, osg::Vec2i const& size) const;
+    /// As `resizeAndMove` of a child that is placed plainly and whose limits are known: it is called only if size or
+    /// place are others.
+    bool place(Widget& child, SizeLimits const& limits, osg::Vec2i const& size, osg::Vec2i const& position) const {
+        osg::Vec2i const valid = limits.makeValid(size);
+        return (child.size == valid && child.position == position) || change_(child, valid, position);
+    }
 
 private:
+    bool change_(Widget& child, osg::Vec2i const& validSize, osg::Vec2i const& position) const;
     bool goesOn_() const {
         Layout const* const layout = LayoutHandler::get(layout_);
         // A container that dies takes its layout along, or is taken from it.

@@ -5,6 +5,7 @@
 #include "gui_lib/layouts/LayoutRun.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace gui {
 
@@ -118,8 +119,11 @@ bool LineLayout::measureLasting_() {
     knownChildren_.clear();
     knownChildren_.reserve(static_cast<std::size_t>(count));
     visitChildren(owner, [this](int, Widget const& child) {
-        knownChildren_.push_back({child.getPrefSize(), child.getMinSize()[mainAxis_], child.calcMaxSize()[mainAxis_]});
+        osg::Vec2i const wanted = child.getPrefSize();
+        SizeLimits const limits{child.getMinSize(), child.getMaxSize()};
+        knownChildren_.push_back({&child, limits, child.calcMaxSize()[mainAxis_], wanted, isPlacedPlainly_(child)});
     });
+    sharesHold_ = prefSizesHold_ = false;
     return true;
 }
 
@@ -130,12 +134,14 @@ void LineLayout::updateSize() {
     if (!run.getContainer())
         return;
     // Kept apart: while children are placed, what is known of them may be read anew.
-    if (answersLast_()) {
+    if (!answersLast_()) {
+        prefSizesHold_ = false;
+        updatePrefSizes_();
+    } else if (!prefSizesHold_) {
         prefSizes.resize(knownChildren_.size());
         for (std::size_t i = 0; i < knownChildren_.size(); ++i)
             prefSizes[i] = knownChildren_[i].wanted;
-    } else {
-        updatePrefSizes_();
+        prefSizesHold_ = true;
     }
     switch (getAlign_(mainAxis_).type) {
         case Align::Min:
@@ -199,30 +205,46 @@ void LineLayout::placeStretched_(LayoutRun const& run) {
         Widget* const child = run.getChild(i);
         if (child && living < shares_.size()) {
             Box const box = makeBox_(run, i, begin, shares_[living++].size);
-            if (!run.resizeAndMove(child, box.size, box.position))
+            SizeLimits const* const limits = findLimits_(i, *child);
+            if (!(limits ? run.place(*child, *limits, box.size, box.position)
+                         : run.resizeAndMove(child, box.size, box.position)))
                 return;
         }
         begin = stepOver_(begin, run.getChild(i));
     }
 }
 
+SizeLimits const* LineLayout::findLimits_(int index, Widget const& child) const {
+    // The host's callbacks may have changed what was known.
+    if (!knowsLasting_() || index >= std::ssize(knownChildren_))
+        return nullptr;
+    KnownChild const& known = knownChildren_[static_cast<std::size_t>(index)];
+    return known.widget == &child && known.isPlacedPlainly ? &known.limits : nullptr;
+}
+
 void LineLayout::shareOut_(LayoutRun const& run, int room) {
+    bool const known = answersLast_();
+    if (known && sharesHold_ && sharedRoom_ == room)
+        return;
     shares_.clear();
-    auto const add = [this](int least, int most) {
+    auto const add = [this](int least, int greatest) {
         FairShareItem item;
         item.min = least;
-        item.max = most;
+        item.max = greatest;
         shares_.push_back(item);
     };
-    if (answersLast_())
+    if (known) {
         for (KnownChild const& child : knownChildren_)
-            add(child.least, child.most);
-    else
+            add(child.limits.least[mainAxis_], child.greatest);
+    } else {
         visitChildren(run.getContainer(), [&](int, Widget const& child) {
             int const least = child.getMinSize()[mainAxis_];
             add(least, child.calcMaxSize()[mainAxis_]);
         });
+    }
     shareFairly(shares_, room);
+    sharesHold_ = known;
+    sharedRoom_ = room;
 }
 
 }  // namespace gui

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui_lib/base/Align.h"
+#include "gui_lib/base/SizeLimits.h"
 #include "gui_lib/layouts/FairShare.h"
 #include "gui_lib/layouts/Layout.h"
 
@@ -54,10 +55,12 @@ private:
         osg::Vec2i size;
     };
     struct KnownChild {
-        osg::Vec2i wanted;
+        Widget const* widget;
+        SizeLimits limits;
         /// Along the line.
-        int least;
-        int most;
+        int greatest;
+        osg::Vec2i wanted;
+        bool isPlacedPlainly;
     };
 
     Align const& getAlign_(int axis) const { return axis == AxisHorz ? horzAlign : vertAlign; }
@@ -70,12 +73,18 @@ private:
     int stepOver_(int begin, Widget const* child) const;
     /// Into `shares_`, what each living child gets of `room`.
     void shareOut_(LayoutRun const& run, int room);
+    /// Of the child at `index`; null unless its limits are known and it is placed plainly.
+    SizeLimits const* findLimits_(int index, Widget const& child) const;
 
     Axis mainAxis_;
     /// Of each child, once `measureLasting_` has read them.
     qor::vector<KnownChild> knownChildren_;
-    /// Of the last run, kept for their storage.
+    /// Of the last run: they hold on while the same is shared out among children that are known still.
     qor::vector<FairShareItem> shares_;
+    int sharedRoom_ = 0;
+    bool sharesHold_ = false;
+    /// `prefSizes` are those of `knownChildren_`.
+    bool prefSizesHold_ = false;
 };
 
 }  // namespace gui

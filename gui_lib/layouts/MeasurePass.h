@@ -42,7 +42,10 @@ public:
     static bool hasFleeting() { return hasFleeting_; }
 
     /// For tests, which compare both ways: false measures anew for each question, texts too.
-    static void setKeeping(bool keeping) { keeping_ = keeping; }
+    static void setKeeping(bool keeping) {
+        keeping_ = keeping;
+        forgetAll();
+    }
     static bool isKeeping() { return keeping_; }
 
 private:

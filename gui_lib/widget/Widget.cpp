@@ -3,6 +3,7 @@
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/base/SaturatingMath.h"
+#include "gui_lib/base/SizeLimits.h"
 #include "gui_lib/base/VirtualTable.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
@@ -20,14 +21,6 @@
 namespace gui {
 
 namespace {
-
-int clampToLimits(int value, int least, int most) {
-    if (least > 0)
-        value = std::max(value, least);
-    if (most > 0)
-        value = std::min(value, most);
-    return value;
-}
 
 /// The text that a text beginning with "$" stands for; null if it does not begin so or is unknown.
 qor::basic_string<wchar_t> const* findLocalized(Widget::LocalizationMap const& map,
@@ -325,6 +318,11 @@ void Widget::forgetSizes_() {
         up = up->getParentContainer_();
 }
 
+bool Widget::isPlacedPlainly_() const {
+    return VirtualTable::of(*this).sharesAll(widgetTable, &Widget::setSize, &Widget::getSize, &Widget::validateSize_,
+                                             &Widget::setPosition);
+}
+
 bool Widget::limitsLast_() const {
     return VirtualTable::of(*this).sharesAll(widgetTable, &Widget::getZoom, &Widget::setZoom,
                                              &Widget::onZoomChanged_) &&
@@ -341,13 +339,13 @@ bool Widget::sizesLast_() const {
 }
 
 osg::Vec2i Widget::validateSize_(osg::Vec2i const& wanted) const {
-    return clampSize_(osg::Vec2i(std::max(wanted.x(), 0), std::max(wanted.y(), 0)));
+    osg::Vec2i const least = getMinSize();
+    return SizeLimits{least, getMaxSize()}.makeValid(wanted);
 }
 
 osg::Vec2i Widget::clampSize_(osg::Vec2i const& wanted) const {
     osg::Vec2i const least = getMinSize();
-    osg::Vec2i const most = getMaxSize();
-    return osg::Vec2i(clampToLimits(wanted.x(), least.x(), most.x()), clampToLimits(wanted.y(), least.y(), most.y()));
+    return SizeLimits{least, getMaxSize()}.clamp(wanted);
 }
 
 osg::Vec2i Widget::getMinSize() const {

@@ -328,6 +328,8 @@ private:
     /// size and state nor on pictures: they stay until `forgetSizes_`.
     bool sizesLast_() const;
     bool limitsLast_() const;
+    /// Whether a size and a place are set and compared as Widget does it.
+    bool isPlacedPlainly_() const;
     /// Whether the mark of a child changes nothing here and above, so that nobody needs to hear of it. Found out once
     /// in a `MeasurePass`, in which many children are marked.
     bool ignoresMarksOfChildren_();
