@@ -19,8 +19,14 @@ inline int saturate(std::int64_t value) {
 }
 
 /// Sums and differences of sizes that may come from files: what does not fit gives the nearest int.
-inline int saturatingAdd(int a, int b) { return saturate(std::int64_t(a) + b); }
-inline int saturatingSubtract(int a, int b) { return saturate(std::int64_t(a) - b); }
+inline int saturatingAdd(int a, int b) {
+    int sum = 0;
+    return __builtin_add_overflow(a, b, &sum) ? saturate(std::int64_t(a) + b) : sum;
+}
+inline int saturatingSubtract(int a, int b) {
+    int difference = 0;
+    return __builtin_sub_overflow(a, b, &difference) ? saturate(std::int64_t(a) - b) : difference;
+}
 inline int saturatingMultiply(int a, int b) { return saturate(std::int64_t(a) * b); }
 
 inline osg::Vec2i saturatingAdd(osg::Vec2i const& a, osg::Vec2i const& b) {

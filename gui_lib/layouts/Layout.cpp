@@ -97,8 +97,6 @@ bool Layout::sizesLast_(Container const& owner, Widget const& child) {
 
 bool Layout::isPlacedPlainly_(Widget const& child) { return child.isPlacedPlainly_(); }
 
-bool Layout::knowsLasting_() const { return lastingStamp_ == MeasurePass::getLastingStamp(); }
-
 bool Layout::answersLast_() {
     if (knowsLasting_())
         return true;

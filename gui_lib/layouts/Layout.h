@@ -67,7 +67,7 @@ protected:
     /// The same, or it has been read anew.
     bool answersLast_();
     /// What is known of the children still holds.
-    bool knowsLasting_() const;
+    bool knowsLasting_() const;  ///< Defined in LayoutRun.h.
 
     /// The container if it lives and is one.
     Container* getLiveContainer_() const;

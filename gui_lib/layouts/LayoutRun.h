@@ -85,4 +85,6 @@ private:
     osg::Vec2i room_;
 };
 
+inline bool Layout::knowsLasting_() const { return lastingStamp_ == MeasurePass::getLastingStamp(); }
+
 }  // namespace gui

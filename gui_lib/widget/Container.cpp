@@ -308,6 +308,13 @@ bool Container::showsAllChildren_() const {
                                              &Container::getWidget, &Container::getWidget_);
 }
 
+bool Container::hoversPlainly_() const {
+    return VirtualTable::of(*this).sharesAll(containerTable, &Container::onMouseCursorMove,
+                                             &Container::getWidgetAtScreenPoint, &Container::getScreenPointInside,
+                                             &Container::screenToWidget, &Container::getSize, &Container::getPosition,
+                                             &Container::getParent, &Container::getRoot, &Container::getRootSurfaceId);
+}
+
 bool Container::sizesLast_() const {
     // Without a layout the present size counts.
     Layout* const live = LayoutHandler::get(layout);

@@ -138,6 +138,8 @@ private:
     /// Whether the children are those in `widgets`, and no override hides or adds some.
     bool showsAllChildren_() const;
     void hoverUnderRestingCursor_();
+    /// Whether the hover follows the cursor as Container and Widget have it.
+    bool hoversPlainly_() const;
     template <class Forward>
     bool forwardKey_(Forward forward);
 };

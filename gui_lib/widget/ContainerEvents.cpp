@@ -3,6 +3,7 @@
 #include "gui_lib/widget/Container.h"
 
 #include "gui_lib/frame/GUI.h"
+#include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/widget/AliveGuard.h"
 #include "gui_lib/widget/OriginScope.h"
 #include "gui_lib/widget/WidgetHandler.h"
@@ -39,6 +40,11 @@ private:
     WidgetHandler const* widget_;
     LeaveScope* outer_;
 };
+
+/// All four edges count as inside.
+bool contains(osg::Vec2i const& size, osg::Vec2i const& point) {
+    return point.x() >= 0 && point.x() <= size.x() && point.y() >= 0 && point.y() <= size.y();
+}
 
 }  // namespace
 
@@ -226,8 +232,17 @@ void Container::onMouseCursorMove(osg::Vec2i const& point) {
 }
 
 void Container::hoverUnderRestingCursor_() {
-    if (GUI const* const gui = GUI::get())
-        onMouseCursorMove(gui->getMousePosition(getRootSurfaceId()));
+    GUI const* const gui = GUI::get();
+    if (!gui)
+        return;
+    Widget const* const up = getParentWidget_();
+    bool const settled = MeasurePass::isOpen() && up && up->isSettled_() && hoversPlainly_();
+    osg::Vec2i const point =
+        gui->getMousePosition(settled ? getSettledRoot_()->getRootSurfaceId() : getRootSurfaceId());
+    // Nobody hears of a cursor that was outside and still is.
+    if (settled && !hoveredWidget && !contains(size, screenToSettledWidget_(point)))
+        return;
+    onMouseCursorMove(point);
 }
 
 void Container::onPositionChanged_(osg::Vec2i const& newPosition) {

@@ -523,24 +523,39 @@ void Widget::setDirty(DirtyFlag) {
     if (dirty)
         return;
     WidgetWorkLists::get().enterDirty(*this);
-    Widget* const up = getParentWidget_();
-    if (up && !(MeasurePass::isOpen() && up->ignoresMarksOfChildren_()))
+    Widget* const up = WidgetHandler::get(parent);
+    if (up && !(MeasurePass::isOpen() && up->isSettled_()))
         up->onChildBecomeDirty_(this);
     dirty = true;
 }
 
-bool Widget::ignoresMarksOfChildren_() {
+bool Widget::isSettled_() const {
     std::uint64_t const stamp = MeasurePass::getStamp();
-    if (ignoringStamp == stamp)
+    if (settledStamp == stamp)
         return true;
-    if (!VirtualTable::of(*this).sharesAll(widgetTable, &Widget::onChildBecomeDirty_, &Widget::getDrawToTarget) ||
+    if (!VirtualTable::of(*this).sharesAll(widgetTable, &Widget::onChildBecomeDirty_, &Widget::getDrawToTarget,
+                                           &Widget::getParent, &Widget::getPosition) ||
         getDrawToTarget())
         return false;
-    Widget* const up = getParentWidget_();
-    if (up && !up->ignoresMarksOfChildren_())
+    Widget const* const up = getParentWidget_();
+    if (up && !up->isSettled_())
         return false;
-    ignoringStamp = stamp;
+    settledStamp = stamp;
     return true;
+}
+
+Widget* Widget::getSettledRoot_() const {
+    Widget* root = nullptr;
+    for (Widget* up = WidgetHandler::get(parent); up; up = WidgetHandler::get(up->parent))
+        root = up;
+    return root;
+}
+
+osg::Vec2i Widget::screenToSettledWidget_(osg::Vec2i const& point) const {
+    osg::Vec2i result = saturatingSubtract(point, position);
+    for (Widget const* up = WidgetHandler::get(parent); up; up = WidgetHandler::get(up->parent))
+        result = saturatingSubtract(result, up->position);
+    return result;
 }
 
 void Widget::onChildBecomeDirty_(Widget* child) {

@@ -330,9 +330,13 @@ private:
     bool limitsLast_() const;
     /// Whether a size and a place are set and compared as Widget does it.
     bool isPlacedPlainly_() const;
-    /// Whether the mark of a child changes nothing here and above, so that nobody needs to hear of it. Found out once
-    /// in a `MeasurePass`, in which many children are marked.
-    bool ignoresMarksOfChildren_();
+    /// Whether here and above the mark of a child changes nothing, so that nobody needs to hear of it, and parents and
+    /// positions are those of Widget. Found out once in a `MeasurePass`, in which many children are marked and moved.
+    bool isSettled_() const;
+    /// Within a pass in which all above are settled: the topmost widget, as `getRoot` finds it.
+    Widget* getSettledRoot_() const;
+    /// The same for `screenToWidget`.
+    osg::Vec2i screenToSettledWidget_(osg::Vec2i const& point) const;
 
     /// Places in the two dirty lists and in the list for `doRedraw`; -1 outside.
     int dirtyIndex[2] = {-1, -1};
@@ -348,8 +352,8 @@ private:
     bool childDirtiedInRedraw = false;
     /// A container whose layout was asked for sizes.
     mutable bool keepsMeasures = false;
-    /// The stamp of `MeasurePass` under which marks of children were found to be ignored.
-    std::uint64_t ignoringStamp = 0;
+    /// The stamp of `MeasurePass` under which this was found to be settled.
+    mutable std::uint64_t settledStamp = 0;
     /// While this is a Container, as `dynamic_cast` sees it.
     bool isContainer = false;
 };
