@@ -45,7 +45,7 @@ public:
     int getEffectParameter(vtxDeviceHandle effect, char const* name) override;
     void drawEffect(vtxEffectDraw const& draw) override;
     void traceOperation(char const* operation, char const* arguments) override;
-    bool getTraceWanted() const override { return log_->getContractWanted(); }
+    bool const* getTraceSwitch() const override { return log_->getContractSwitch_(); }
     void reportMisuse(char const* text) override;
 
 private:

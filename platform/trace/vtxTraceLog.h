@@ -22,11 +22,17 @@ public:
 
     // --- Lines ---
     /// Off: only counters and misuse are kept, and no memory is touched in a steady frame.
-    void setRecording(bool recording) { recording_ = recording; }
+    void setRecording(bool recording) {
+        recording_ = recording;
+        contractRecorded_ = contractWanted_ && recording_;
+    }
     bool getRecording() const { return recording_; }
     /// Whether operations of the contract are recorded too, as lines that begin with "> ".
-    void setContractWanted(bool wanted) { contractWanted_ = wanted; }
-    bool getContractWanted() const { return contractWanted_ && recording_; }
+    void setContractWanted(bool wanted) {
+        contractWanted_ = wanted;
+        contractRecorded_ = contractWanted_ && recording_;
+    }
+    bool getContractWanted() const { return contractRecorded_; }
     qor::vector<qor::string> const& getLines() const { return lines_; }
     /// All lines, each ended by a line feed.
     qor::string getText() const;
@@ -50,9 +56,11 @@ private:
 
     void addLine_(char const* format, ...) __attribute__((format(printf, 2, 3)));
     void addMisuse_(char const* text);
+    bool const* getContractSwitch_() const { return &contractRecorded_; }
 
     bool recording_ = true;
     bool contractWanted_ = false;
+    bool contractRecorded_ = false;
     int liveObjects_ = 0;
     Counters counters_;
     qor::vector<qor::string> lines_;

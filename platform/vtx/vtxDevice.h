@@ -108,7 +108,7 @@ public:
 
     // --- Passes: between open and close the device may change the host's state, and puts it back ---
     /// The front half never nests passes: what draws inside one (a target, say) joins it. The host's framebuffer is
-    /// bound after it. Every other call but getMaxTextureSize, getTargetTexture, getTraceWanted, traceOperation and
+    /// bound after it. Every other call but getMaxTextureSize, getTargetTexture, getTraceSwitch, traceOperation and
     /// reportMisuse comes in a pass.
     virtual void openPass() = 0;
     virtual void closePass() = 0;
@@ -156,8 +156,9 @@ public:
 
     // --- Trace: operations of the contract as they are called, for back ends that record; others ignore them ---
     virtual void traceOperation(char const* operation, char const* arguments);
-    /// Whether `traceOperation` wants to be called.
-    virtual bool getTraceWanted() const { return false; }
+    /// Where it stands whether `traceOperation` wants to be called; null: never. Asked for once and read at every
+    /// operation, so it lives as long as the device.
+    virtual bool const* getTraceSwitch() const { return nullptr; }
     /// Misuse of the contract found by the front half (already logged).
     virtual void reportMisuse(char const* text);
 };

@@ -40,11 +40,6 @@ void vtxQuadBatcher::setView(vtxQuadView const& view) {
     viewNumberKnown_ = false;
 }
 
-void vtxQuadBatcher::setClip(osg::RectImpl<osg::Vec2i> const& visible, bool clipped) {
-    view_.visible = visible;
-    view_.clipped = clipped;
-}
-
 void vtxQuadBatcher::setTransform(vtxQuadTransform const& transform) {
     transform_ = transform;
     viewNumberKnown_ = false;

@@ -25,7 +25,10 @@ public:
     /// For the quads that follow.
     void setView(vtxQuadView const& view);
     /// The view as it is, through another clip.
-    void setClip(osg::RectImpl<osg::Vec2i> const& visible, bool clipped);
+    void setClip(osg::RectImpl<osg::Vec2i> const& visible, bool clipped) {
+        view_.visible = visible;
+        view_.clipped = clipped;
+    }
     void setTransform(vtxQuadTransform const& transform);
     vtxQuadTransform const& getTransform() const { return transform_; }
     /// The transform as it is, to another place.

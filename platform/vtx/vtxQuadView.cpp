@@ -23,11 +23,6 @@ void vtxQuadView::setProjection(osg::Matrixf const& projection, osg::RectImpl<os
               isNear(projection(0, 3), 0.0) && isNear(projection(1, 3), 0.0) && isNear(projection(3, 3), 1.0);
 }
 
-void vtxQuadView::setClip(osg::RectImpl<osg::Vec2i> const* clip) {
-    visible = clip ? state.viewport.intersected(*clip) : state.viewport;
-    clipped = !(visible == state.viewport);
-}
-
 vtxQuadTransform vtxQuadTransform::make(vtxDrawSettings const& settings, float scale) {
     osg::Matrixf const& matrix = settings.modelView;
     vtxQuadTransform transform;

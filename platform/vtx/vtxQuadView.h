@@ -11,7 +11,10 @@ struct vtxDrawSettings;
 struct vtxQuadView {
     void setProjection(osg::Matrixf const& projection, osg::RectImpl<osg::Vec2i> const& viewport);
     /// Null: no clip. Call it after setProjection.
-    void setClip(osg::RectImpl<osg::Vec2i> const* clip);
+    void setClip(osg::RectImpl<osg::Vec2i> const* clip) {
+        visible = clip ? state.viewport.intersected(*clip) : state.viewport;
+        clipped = !(visible == state.viewport);
+    }
 
     /// What the device gets, without a scissor.
     vtxDrawState state;

@@ -11,11 +11,6 @@ namespace {
 /// Reached from the destructors of objects that may outlive it.
 vtxRendererCore* instance = nullptr;
 
-osg::Matrixf makeScaledTranslation(vtxRenderer& renderer, float x, float y, float z) {
-    float const scale = renderer.getScale();
-    return osg::Matrixf::translate(scale * x, scale * y, scale * z);
-}
-
 }  // namespace
 
 vtxRenderer::vtxRenderer() = default;
@@ -85,11 +80,10 @@ void vtxRenderer::ProjectionMatrixGuard::makeOrtho2D(float left, float right, fl
         osg::Matrixf::ortho(left * scale, right * scale, bottom * scale, top * scale, -1.0, 1.0));
 }
 
-vtxRenderer::ModelViewMatrixGuard::ModelViewMatrixGuard() {
-    if (!instance)
-        return;
-    instance->pushModelViewMatrix();
-    matrix_ = instance->getModelViewMatrix();
+vtxRenderer::ModelViewMatrixGuard::ModelViewMatrixGuard()
+    : matrix_(instance ? instance->getModelViewMatrix() : osg::Matrixf()) {
+    if (instance)
+        instance->pushModelViewMatrix();
 }
 
 vtxRenderer::ModelViewMatrixGuard::~ModelViewMatrixGuard() {
@@ -103,8 +97,10 @@ vtxRenderer::ModelViewMatrixGuard& vtxRenderer::ModelViewMatrixGuard::makeIdenti
 }
 
 vtxRenderer::ModelViewMatrixGuard& vtxRenderer::ModelViewMatrixGuard::makeTranslate(float x, float y, float z) {
-    if (instance)
-        matrix_.postMult(makeScaledTranslation(*instance, x, y, z));
+    if (!instance)
+        return *this;
+    float const scale = instance->getScale();
+    vtxTranslation::postMultTranslate(matrix_, scale * x, scale * y, scale * z);
     return *this;
 }
 

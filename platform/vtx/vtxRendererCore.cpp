@@ -36,6 +36,7 @@ int roundEdge(int value, float scale) {
 
 vtxRendererCore::vtxRendererCore(std::unique_ptr<vtxDevice> device)
     : device_(std::move(device)),
+      traceSwitch_(device_->getTraceSwitch()),
       misuse_(*device_),
       store_(*device_),
       targets_(*device_),
@@ -94,9 +95,7 @@ void vtxRendererCore::setScale(float scale) {
         scaleEpoch_.fetch_add(1, std::memory_order_acq_rel);
 }
 
-void vtxRendererCore::trace(char const* operation, char const* format, ...) {
-    if (!device_->getTraceWanted())
-        return;
+void vtxRendererCore::traceNow_(char const* operation, char const* format, ...) {
     char text[256];
     va_list arguments;
     va_start(arguments, format);
@@ -218,14 +217,6 @@ bool vtxRendererCore::requirePass(char const* operation) {
     return isPassOpen_();
 }
 
-bool vtxRendererCore::requireFinite(osg::Matrixf const& matrix, char const* operation) {
-    float const* const numbers = matrix.ptr();
-    bool const finite = std::all_of(numbers, numbers + 16, [](float number) { return std::isfinite(number); });
-    if (!finite)
-        report(vtxMisuse::BadNumber, operation);
-    return finite;
-}
-
 // --- Targets ---
 
 void vtxRendererCore::renderToTarget(vtxFrameBufferRecord& target, std::function<void()> const& function) {
@@ -282,12 +273,6 @@ void vtxRendererCore::readPixels(vtxFrameBuffer* target, Rect const& rect, unsig
 
 // --- Stacks ---
 
-bool vtxRendererCore::canPop_(std::size_t height, std::size_t base, char const* operation) {
-    if (height <= base)
-        report(vtxMisuse::EmptyStack, operation);
-    return height > base;
-}
-
 void vtxRendererCore::pushViewport(Rect const& rect) {
     trace("pushViewport", "%d %d %d %d", rect.x1, rect.y1, rect.x2, rect.y2);
     viewports_.push_back(rect);
@@ -319,35 +304,15 @@ void vtxRendererCore::popProjectionMatrix() {
     viewDirty_ = true;
 }
 
-void vtxRendererCore::setModelViewMatrix(osg::Matrixf const& matrix) {
-    if (!requireFinite(matrix, "setModelViewMatrix"))
-        return;
-    trace("setModelViewMatrix", "%g %g %g %g %g %g", matrix(0, 0), matrix(0, 1), matrix(1, 0), matrix(1, 1),
-          matrix(3, 0), matrix(3, 1));
-    settings_.modelView = matrix;
-}
-
-void vtxRendererCore::pushModelViewMatrix() {
-    trace("pushModelViewMatrix", "%s", "");
-    modelViews_.push_back(settings_.modelView);
-}
-
-void vtxRendererCore::popModelViewMatrix() {
-    trace("popModelViewMatrix", "%s", "");
-    if (!canPop_(modelViews_.size(), base_.modelViews, "popModelViewMatrix"))
-        return;
-    settings_.modelView = modelViews_.back();
-    modelViews_.pop_back();
-}
-
 void vtxRendererCore::pushClipRect(Rect const& rect) {
     trace("pushClipRect", "%d %d %d %d", rect.x1, rect.y1, rect.x2, rect.y2);
     // Outside passes and targets the host's own pixels are meant.
     float const scale = deviceDepth_ ? getScale() : 1.0f;
-    Rect const pixels(roundEdge(rect.x1, scale), roundEdge(rect.y1, scale), roundEdge(rect.x2, scale),
-                      roundEdge(rect.y2, scale));
+    Rect const pixels = scale == 1.0f ? rect
+                                      : Rect(roundEdge(rect.x1, scale), roundEdge(rect.y1, scale),
+                                             roundEdge(rect.x2, scale), roundEdge(rect.y2, scale));
     clips_.push_back(clips_.size() > base_.clips ? pixels.intersected(clips_.back()) : pixels);
-    viewDirty_ = true;
+    clipDirty_ = true;
 }
 
 void vtxRendererCore::popClipRect() {
@@ -355,7 +320,7 @@ void vtxRendererCore::popClipRect() {
     if (!canPop_(clips_.size(), base_.clips, "popClipRect"))
         return;
     clips_.pop_back();
-    viewDirty_ = true;
+    clipDirty_ = true;
 }
 
 // --- Settings ---
@@ -365,8 +330,7 @@ vtxDrawSettings& vtxRendererCore::changeView() {
     return settings_;
 }
 
-void vtxRendererCore::setOpacity(float opacity) {
-    trace("setOpacity", "%g", opacity);
+void vtxRendererCore::changeOpacity_(float opacity) {
     if (!std::isfinite(opacity)) {
         report(vtxMisuse::BadNumber, "setOpacity");
         return;
@@ -407,16 +371,20 @@ osg::Matrixf vtxRendererCore::getDeviceProjection(osg::Matrixf const& projection
     return projection * squeeze;
 }
 
-void vtxRendererCore::updateView_() {
-    if (!viewDirty_)
-        return;
-    viewDirty_ = false;
-    view_.state.technique = passes_.back().technique;
-    view_.state.gamma = settings_.gamma;
-    view_.state.intensity = settings_.intensity;
-    view_.setProjection(getDeviceProjection(settings_.projection), getViewport_());
-    view_.setClip(clips_.size() > base_.clips ? &clips_.back() : nullptr);
-    batcher_.setView(view_);
+void vtxRendererCore::renewView_() {
+    Rect const* const clip = clips_.size() > base_.clips ? &clips_.back() : nullptr;
+    if (viewDirty_) {
+        view_.state.technique = passes_.back().technique;
+        view_.state.gamma = settings_.gamma;
+        view_.state.intensity = settings_.intensity;
+        view_.setProjection(getDeviceProjection(settings_.projection), getViewport_());
+        view_.setClip(clip);
+        batcher_.setView(view_);
+    } else {
+        view_.setClip(clip);
+        batcher_.setClip(view_.visible, view_.clipped);
+    }
+    viewDirty_ = clipDirty_ = false;
 }
 
 bool vtxRendererCore::isClippedAway_() const { return clips_.size() > base_.clips && clips_.back().isEmpty(); }

@@ -10,8 +10,10 @@
 #include "platform/vtx/vtxShader.h"
 #include "platform/vtx/vtxTargetPool.h"
 #include "platform/vtx/vtxTextureStore.h"
+#include "platform/vtx/vtxTranslation.h"
 
 #include <atomic>
+#include <cstring>
 #include <functional>
 #include <memory>
 
@@ -56,7 +58,12 @@ public:
     /// False, with a report, where no pass is open.
     bool requirePass(char const* operation);
     /// False, with a report, for a matrix with a number that is not finite.
-    bool requireFinite(osg::Matrixf const& matrix, char const* operation);
+    bool requireFinite(osg::Matrixf const& matrix, char const* operation) {
+        bool const finite = vtxTranslation::isFinite(matrix);
+        if (!finite)
+            report(vtxMisuse::BadNumber, operation);
+        return finite;
+    }
     /// What is drawn next is neither queued quads nor part of their run; false if nothing of it can be seen.
     bool beginDirectDraw(vtxDrawState& state);
     /// The geometry, if it lives and holds what a draw from index `first` on asks for; null, with a report, if not.
@@ -79,7 +86,11 @@ public:
     vtxQuadBatcher& prepareLines(osg::Vec4f const& color);
     void report(vtxMisuse misuse, char const* detail) { misuse_.report(misuse, detail); }
     /// Tells a recording back end about an operation of the contract.
-    void trace(char const* operation, char const* format, ...) __attribute__((format(printf, 3, 4)));
+    template <class... Arguments>
+    void trace(char const* operation, char const* format, Arguments... arguments) {
+        if (traceSwitch_ && *traceSwitch_) [[unlikely]]
+            traceNow_(operation, format, arguments...);
+    }
 
     // vtxRenderer:
     vtxTextureManager* getTextureManager() override { return textureManager_.get(); }
@@ -87,7 +98,11 @@ public:
     vtxShader* getShader() override { return &shader_; }
     void setScale(float scale) override;
     float getScale() override { return scale_.load(std::memory_order_acquire); }
-    void setOpacity(float opacity) override;
+    void setOpacity(float opacity) override {
+        trace("setOpacity", "%g", opacity);
+        if (opacity != settings_.opacity)
+            changeOpacity_(opacity);
+    }
     float getOpacity() override { return settings_.opacity; }
     vtxGeometry* createGeometry(qor::vector<vtxVertex> const& vertices, qor::vector<int> const& indices) override;
     vtxFrameBuffer* createFrameBuffer(osg::Vec2i const& size, int msaa, int mips) override;
@@ -97,10 +112,25 @@ public:
     osg::Matrixf const& getProjectionMatrix() override { return settings_.projection; }
     void pushProjectionMatrix() override;
     void popProjectionMatrix() override;
-    void setModelViewMatrix(osg::Matrixf const& matrix) override;
+    void setModelViewMatrix(osg::Matrixf const& matrix) override {
+        if (!requireFinite(matrix, "setModelViewMatrix"))
+            return;
+        trace("setModelViewMatrix", "%g %g %g %g %g %g", matrix(0, 0), matrix(0, 1), matrix(1, 0), matrix(1, 1),
+              matrix(3, 0), matrix(3, 1));
+        vtxTranslation::assign(settings_.modelView, matrix);
+    }
     osg::Matrixf const& getModelViewMatrix() override { return settings_.modelView; }
-    void pushModelViewMatrix() override;
-    void popModelViewMatrix() override;
+    void pushModelViewMatrix() override {
+        trace("pushModelViewMatrix", "%s", "");
+        std::memcpy(&modelViews_.emplace_back(), settings_.modelView.ptr(), sizeof(MatrixElements));
+    }
+    void popModelViewMatrix() override {
+        trace("popModelViewMatrix", "%s", "");
+        if (!canPop_(modelViews_.size(), base_.modelViews, "popModelViewMatrix"))
+            return;
+        std::memcpy(settings_.modelView.ptr(), &modelViews_.back(), sizeof(MatrixElements));
+        modelViews_.pop_back();
+    }
     void pushClipRect(osg::RectImpl<osg::Vec2i> const& rect) override;
     void popClipRect() override;
     void setTextureFiltering(TextureSampler sampler) override;
@@ -139,6 +169,11 @@ private:
         bool operator==(StackHeights const&) const = default;
     };
 
+    /// Of a matrix that waits on its stack.
+    struct MatrixElements {
+        float elements[16];
+    };
+
     /// An effect file that was loaded, or why it was not.
     struct LoadedEffect {
         std::unique_ptr<vtxEffectRecord> record;
@@ -159,10 +194,21 @@ private:
     osg::RectImpl<osg::Vec2i> getClip_() const;
     /// Nothing that is drawn can be seen: cheap to tell, for the many that are scrolled out of view.
     bool isClippedAway_() const;
-    void updateView_();
-    bool canPop_(std::size_t height, std::size_t base, char const* operation);
+    void updateView_() {
+        if (viewDirty_ || clipDirty_)
+            renewView_();
+    }
+    void renewView_();
+    bool canPop_(std::size_t height, std::size_t base, char const* operation) {
+        if (height <= base) [[unlikely]]
+            report(vtxMisuse::EmptyStack, operation);
+        return height > base;
+    }
+    void traceNow_(char const* operation, char const* format, ...) __attribute__((format(printf, 3, 4)));
+    void changeOpacity_(float opacity);
 
     std::unique_ptr<vtxDevice> device_;
+    bool const* traceSwitch_;
     vtxMisuseLog misuse_;
     vtxTextureStore store_;
     vtxTargetPool targets_;
@@ -181,12 +227,14 @@ private:
 
     vtxDrawSettings settings_;
     vtxQuadView view_;
+    /// Projection, viewport, target, technique or what else a run shares are others than in `view_`; clip alone.
     bool viewDirty_ = true;
+    bool clipDirty_ = true;
     osg::Vec2i hostSize_{0, 0};
     qor::vector<osg::RectImpl<osg::Vec2i>> clips_;
     qor::vector<osg::RectImpl<osg::Vec2i>> viewports_;
     qor::vector<osg::Matrixf> projections_;
-    qor::vector<osg::Matrixf> modelViews_;
+    qor::vector<MatrixElements> modelViews_;
     qor::vector<Pass> passes_;
     StackHeights base_;
     StackHeights passStart_;

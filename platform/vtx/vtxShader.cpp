@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 void vtxShader::setColor(osg::Vec4f const& color) { core_.changeSettings().color = color; }
 
@@ -12,7 +13,7 @@ void vtxShader::setColors(float const* colors, int count) {
     vtxDrawSettings& settings = core_.changeSettings();
     settings.colorCount = colors ? std::clamp(count, 0, vtxDrawSettings::maxColors) : 0;
     for (int i = 0; i < settings.colorCount; ++i)
-        settings.colors[i].set(colors[4 * i], colors[4 * i + 1], colors[4 * i + 2], colors[4 * i + 3]);
+        std::memcpy(settings.colors[i].ptr(), colors + 4 * i, 4 * sizeof(float));
 }
 
 void vtxShader::setTexture(vtxTexture const* texture) { core_.changeSettings().texture = texture; }

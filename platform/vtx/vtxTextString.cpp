@@ -93,13 +93,15 @@ void vtxTextString::draw(vtxShader* shader, osg::Vec4f const& glyphColor, float 
     shader->turnOnDrawQuads();
     osg::Vec4f const* const colors[LayerCount] = {&bkgColor, &shadowColor, &blurColor, &glyphColor, &lineThroughColor};
     for (int layer = 0, batch = 0; layer < LayerCount; ++layer) {
-        if (!isSeen(*colors[layer])) {
-            batch = layerEnds_[layer];
+        int const end = layerEnds_[layer];
+        // Most strings are nothing but glyphs.
+        if (batch == end)
             continue;
-        }
-        if (batch < layerEnds_[layer])
+        if (isSeen(*colors[layer])) {
             shader->setColor(*colors[layer]);
-        for (; batch < layerEnds_[layer]; ++batch)
-            quads.drawBatch(shader, batch);
+            for (; batch < end; ++batch)
+                quads.drawBatch(shader, batch);
+        }
+        batch = end;
     }
 }
