@@ -147,7 +147,9 @@ void Data::setClipInsets(Insets const& newInsets) {
 
 Insets const& Data::getClipInsets() const { return clipInsets; }
 
-bool Data::getClipInsetsEmpty() const { return clipInsets == Insets(); }
+bool Data::getClipInsetsEmpty() const {
+    return (clipInsets.left | clipInsets.top | clipInsets.right | clipInsets.bottom) == 0;
+}
 
 void Data::setLoaded() { loaded = true; }
 

@@ -24,11 +24,20 @@ public:
 
     /// The origin of `parent` if the innermost scope holds it, else null.
     static osg::Vec2i const* find(Kind kind, WidgetHandler const* parent, Widget const* target = nullptr) {
+        return find_(current_[kind], parent, target);
+    }
+    /// The same for `child`, whose own scope may be the innermost one already.
+    static osg::Vec2i const* findAround(Kind kind, WidgetHandler const* child, WidgetHandler const* parent,
+                                        Widget const* target) {
         OriginScope const* const scope = current_[kind];
-        return scope && parent && scope->widget_ == parent && scope->target_ == target ? &scope->origin_ : nullptr;
+        return find_(scope && scope->widget_ == child ? scope->outer_ : scope, parent, target);
     }
 
 private:
+    static osg::Vec2i const* find_(OriginScope const* scope, WidgetHandler const* parent, Widget const* target) {
+        return scope && parent && scope->widget_ == parent && scope->target_ == target ? &scope->origin_ : nullptr;
+    }
+
     static inline OriginScope const* current_[2] = {nullptr, nullptr};
 
     Kind kind_;

@@ -322,6 +322,8 @@ protected:
 
 private:
     void redrawDebugSkin_();
+    /// `own` from the corner of `target`, or of the surface.
+    osg::Vec2i climbToTarget_(osg::Vec2i const& own, Widget const* target) const;
     /// The own place in the parent is another.
     void onPlaceChanged_() const;
     /// Whether minimum, maximum and preferred size come from the toolkit's own functions, and depend neither on place,

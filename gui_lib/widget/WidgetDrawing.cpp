@@ -149,9 +149,13 @@ osg::Vec2i Widget::getTargetPosition_() const {
     Widget const* const target = currentTarget();
     if (this == target)
         return osg::Vec2i(0, 0);
-    osg::Vec2i result = getPosition();
-    if (osg::Vec2i const* const origin = OriginScope::find(OriginScope::Target, parent, target))
-        return saturatingAdd(result, *origin);
+    osg::Vec2i const own = getPosition();
+    osg::Vec2i const* const origin = OriginScope::findAround(OriginScope::Target, handler, parent, target);
+    return origin ? saturatingAdd(own, *origin) : climbToTarget_(own, target);
+}
+
+osg::Vec2i Widget::climbToTarget_(osg::Vec2i const& own, Widget const* target) const {
+    osg::Vec2i result = own;
     for (Widget const* up = getParentWidget_(); up && up != target; up = WidgetHandler::get(up->getParent()))
         result = saturatingAdd(result, up->getPosition());
     return result;
@@ -166,9 +170,11 @@ osg::RectImpl<osg::Vec2i> Widget::getClipRect_() const {
             corner = saturatingAdd(corner, gui->getScreenPosition());
         scale = gui->getOffscreenScaleFactor();
     }
+    osg::Vec2i const own = getSize();
+    if (scale == osg::Vec2f(1.0f, 1.0f))
+        return osg::RectImpl<osg::Vec2i>(corner, saturatingAdd(corner, own));
     double const x = corner.x();
     double const y = corner.y();
-    osg::Vec2i const own = getSize();
     return osg::RectImpl<osg::Vec2i>(qor::truncateToInt(x * scale.x()), qor::truncateToInt(y * scale.y()),
                                      qor::truncateToInt((x + own.x()) * scale.x()),
                                      qor::truncateToInt((y + own.y()) * scale.y()));
