@@ -13,6 +13,7 @@ struct vtxDrawSettings {
 
     osg::Matrixf projection;
     osg::Matrixf modelView;
+    bool modelViewTranslates = true;  ///< it is nothing but a translation
     float opacity = 1.0f;
     /// Pixels, added before the model-view.
     float shiftX = 0.0f;

@@ -3,6 +3,7 @@
 #include "platform/qor/Log.h"
 #include "platform/vtx/vtxDevice.h"
 #include "platform/vtx/vtxRendererCore.h"
+#include "platform/vtx/vtxTranslation.h"
 
 #include <memory>
 
@@ -100,7 +101,7 @@ vtxRenderer::ModelViewMatrixGuard& vtxRenderer::ModelViewMatrixGuard::makeTransl
     if (!instance)
         return *this;
     float const scale = instance->getScale();
-    vtxTranslation::postMultTranslate(matrix_, scale * x, scale * y, scale * z);
+    vtxTranslation::postMultTranslate(matrix_, {scale * x, scale * y, scale * z});
     return *this;
 }
 
@@ -120,6 +121,26 @@ void vtxRenderer::ModelViewMatrixGuard::setTranslate(float x, float y, float z) 
     makeTranslate(x, y, z);
     if (instance)
         instance->setModelViewMatrix(matrix_);
+}
+
+vtxRenderer::PlaceGuard::PlaceGuard(osg::Vec2i const& place, osg::RectImpl<osg::Vec2i> const* clip)
+    : clipped_(clip != nullptr) {
+    vtxRendererCore* const core = instance;
+    if (!core)
+        return;
+    core->pushModelViewMatrix();
+    core->translateModelView(place);
+    if (clip)
+        core->pushClipRect(*clip);
+}
+
+vtxRenderer::PlaceGuard::~PlaceGuard() {
+    vtxRendererCore* const core = instance;
+    if (!core)
+        return;
+    if (clipped_)
+        core->popClipRect();
+    core->popModelViewMatrix();
 }
 
 vtxRenderer::OpacityGuard::OpacityGuard(float opacity) : saved_(instance ? instance->getOpacity() : 1.0f) {

@@ -107,6 +107,7 @@ public:
     class ViewportGuard;
     class ProjectionMatrixGuard;
     class ModelViewMatrixGuard;
+    class PlaceGuard;
     class OpacityGuard;
     class ShiftPositionGuard;
     class ShaderTechniqueGuard;
@@ -161,6 +162,19 @@ public:
 
 private:
     osg::Matrixf matrix_;
+};
+
+/// What a ModelViewMatrixGuard that translates and a ClipRectGuard inside it do, for walks over many objects.
+class VORLEX_API vtxRenderer::PlaceGuard {
+public:
+    /// GUI units; no clip with null.
+    PlaceGuard(osg::Vec2i const& place, osg::RectImpl<osg::Vec2i> const* clip);
+    ~PlaceGuard();
+    PlaceGuard(PlaceGuard const&) = delete;
+    PlaceGuard& operator=(PlaceGuard const&) = delete;
+
+private:
+    bool clipped_;
 };
 
 /// Sets the opacity for a scope and puts the earlier one back; it does not multiply.

@@ -12,6 +12,7 @@
 #include "platform/vtx/vtxShaderQuads.h"
 #include "platform/vtx/vtxTargetScope.h"
 #include "platform/vtx/vtxTextureManager.h"
+#include "platform/vtx/vtxTranslation.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,11 +25,6 @@ namespace {
 using Rect = osg::RectImpl<osg::Vec2i>;
 
 unsigned generationCount = 0;
-
-/// The pixel edge next to an edge in GUI units; halves go up, as they do for quads.
-int roundEdge(int value, float scale) {
-    return qor::truncateToInt(std::floor(static_cast<double>(value) * scale + 0.5 + 1.0 / 128.0));
-}
 
 }  // namespace
 
@@ -217,6 +213,13 @@ bool vtxRendererCore::requirePass(char const* operation) {
     return isPassOpen_();
 }
 
+bool vtxRendererCore::requireFinite(osg::Matrixf const& matrix, char const* operation) {
+    bool const finite = vtxTranslation::isFinite(matrix);
+    if (!finite)
+        report(vtxMisuse::BadNumber, operation);
+    return finite;
+}
+
 // --- Targets ---
 
 void vtxRendererCore::renderToTarget(vtxFrameBufferRecord& target, std::function<void()> const& function) {
@@ -304,23 +307,27 @@ void vtxRendererCore::popProjectionMatrix() {
     viewDirty_ = true;
 }
 
-void vtxRendererCore::pushClipRect(Rect const& rect) {
-    trace("pushClipRect", "%d %d %d %d", rect.x1, rect.y1, rect.x2, rect.y2);
-    // Outside passes and targets the host's own pixels are meant.
-    float const scale = deviceDepth_ ? getScale() : 1.0f;
-    Rect const pixels = scale == 1.0f ? rect
-                                      : Rect(roundEdge(rect.x1, scale), roundEdge(rect.y1, scale),
-                                             roundEdge(rect.x2, scale), roundEdge(rect.y2, scale));
-    clips_.push_back(clips_.size() > base_.clips ? pixels.intersected(clips_.back()) : pixels);
-    clipDirty_ = true;
+void vtxRendererCore::setModelViewMatrix(osg::Matrixf const& matrix) {
+    if (!requireFinite(matrix, "setModelViewMatrix"))
+        return;
+    trace("setModelViewMatrix", "%g %g %g %g %g %g", matrix(0, 0), matrix(0, 1), matrix(1, 0), matrix(1, 1),
+          matrix(3, 0), matrix(3, 1));
+    settings_.modelView = matrix;
+    settings_.modelViewTranslates = vtxTranslation::isTranslation(matrix);
 }
 
-void vtxRendererCore::popClipRect() {
-    trace("popClipRect", "%s", "");
-    if (!canPop_(clips_.size(), base_.clips, "popClipRect"))
-        return;
-    clips_.pop_back();
-    clipDirty_ = true;
+void vtxRendererCore::composeModelView_(float x, float y) {
+    osg::Matrixf matrix = settings_.modelView;
+    vtxTranslation::postMultTranslate(matrix, {x, y, 0.0f});
+    setModelViewMatrix(matrix);
+}
+
+Rect vtxRendererCore::roundToPixels_(Rect const& rect, float scale) {
+    // Halves go up, as they do for quads.
+    auto const roundEdge = [scale](int value) {
+        return qor::truncateToInt(std::floor(static_cast<double>(value) * scale + 0.5 + 1.0 / 128.0));
+    };
+    return Rect(roundEdge(rect.x1), roundEdge(rect.y1), roundEdge(rect.x2), roundEdge(rect.y2));
 }
 
 // --- Settings ---
@@ -372,22 +379,22 @@ osg::Matrixf vtxRendererCore::getDeviceProjection(osg::Matrixf const& projection
 }
 
 void vtxRendererCore::renewView_() {
-    Rect const* const clip = clips_.size() > base_.clips ? &clips_.back() : nullptr;
-    if (viewDirty_) {
-        view_.state.technique = passes_.back().technique;
-        view_.state.gamma = settings_.gamma;
-        view_.state.intensity = settings_.intensity;
-        view_.setProjection(getDeviceProjection(settings_.projection), getViewport_());
-        view_.setClip(clip);
-        batcher_.setView(view_);
-    } else {
-        view_.setClip(clip);
-        batcher_.setClip(view_.visible, view_.clipped);
-    }
+    view_.state.technique = passes_.back().technique;
+    view_.state.gamma = settings_.gamma;
+    view_.state.intensity = settings_.intensity;
+    view_.setProjection(getDeviceProjection(settings_.projection), getViewport_());
+    view_.setClip(getClip_());
+    batcher_.setView(view_);
     viewDirty_ = clipDirty_ = false;
 }
 
-bool vtxRendererCore::isClippedAway_() const { return clips_.size() > base_.clips && clips_.back().isEmpty(); }
+void vtxRendererCore::renewClip_() {
+    view_.setClip(getClip_());
+    batcher_.setClip(view_.visible, view_.clipped);
+    clipDirty_ = false;
+}
+
+bool vtxRendererCore::isClippedAway_() const { return clips_.size() > base_.clips && clips_.top().isEmpty(); }
 
 vtxQuadBatcher& vtxRendererCore::prepareQuads() {
     updateView_();

@@ -8,9 +8,9 @@
 #include "platform/vtx/vtxQuadBatcher.h"
 #include "platform/vtx/vtxRenderer.h"
 #include "platform/vtx/vtxShader.h"
+#include "platform/vtx/vtxStack.h"
 #include "platform/vtx/vtxTargetPool.h"
 #include "platform/vtx/vtxTextureStore.h"
-#include "platform/vtx/vtxTranslation.h"
 
 #include <atomic>
 #include <cstring>
@@ -58,12 +58,7 @@ public:
     /// False, with a report, where no pass is open.
     bool requirePass(char const* operation);
     /// False, with a report, for a matrix with a number that is not finite.
-    bool requireFinite(osg::Matrixf const& matrix, char const* operation) {
-        bool const finite = vtxTranslation::isFinite(matrix);
-        if (!finite)
-            report(vtxMisuse::BadNumber, operation);
-        return finite;
-    }
+    bool requireFinite(osg::Matrixf const& matrix, char const* operation);
     /// What is drawn next is neither queued quads nor part of their run; false if nothing of it can be seen.
     bool beginDirectDraw(vtxDrawState& state);
     /// The geometry, if it lives and holds what a draw from index `first` on asks for; null, with a report, if not.
@@ -88,7 +83,7 @@ public:
     /// Tells a recording back end about an operation of the contract.
     template <class... Arguments>
     void trace(char const* operation, char const* format, Arguments... arguments) {
-        if (traceSwitch_ && *traceSwitch_) [[unlikely]]
+        if (traceWanted_()) [[unlikely]]
             traceNow_(operation, format, arguments...);
     }
 
@@ -112,27 +107,56 @@ public:
     osg::Matrixf const& getProjectionMatrix() override { return settings_.projection; }
     void pushProjectionMatrix() override;
     void popProjectionMatrix() override;
-    void setModelViewMatrix(osg::Matrixf const& matrix) override {
-        if (!requireFinite(matrix, "setModelViewMatrix"))
-            return;
-        trace("setModelViewMatrix", "%g %g %g %g %g %g", matrix(0, 0), matrix(0, 1), matrix(1, 0), matrix(1, 1),
-              matrix(3, 0), matrix(3, 1));
-        vtxTranslation::assign(settings_.modelView, matrix);
-    }
+    void setModelViewMatrix(osg::Matrixf const& matrix) override;
     osg::Matrixf const& getModelViewMatrix() override { return settings_.modelView; }
+    /// The model-view composed with a translation in GUI units.
+    void translateModelView(osg::Vec2i const& by) {
+        float const scale = getScale();
+        float const x = scale * static_cast<float>(by.x());
+        float const y = scale * static_cast<float>(by.y());
+        osg::Matrixf& matrix = settings_.modelView;
+        if (!settings_.modelViewTranslates || traceWanted_()) [[unlikely]] {
+            composeModelView_(x, y);
+            return;
+        }
+        // As no part is the negative zero, the products by 0 of the long way add nothing.
+        float const newX = matrix(3, 0) + x;
+        float const newY = matrix(3, 1) + y;
+        if (!(newX * 0.0f + newY * 0.0f == 0.0f)) [[unlikely]] {
+            report(vtxMisuse::BadNumber, "setModelViewMatrix");
+            return;
+        }
+        matrix(3, 0) = newX;
+        matrix(3, 1) = newY;
+        matrix(3, 2) += 0.0f;
+    }
     void pushModelViewMatrix() override {
         trace("pushModelViewMatrix", "%s", "");
-        std::memcpy(&modelViews_.emplace_back(), settings_.modelView.ptr(), sizeof(MatrixElements));
+        modelViews_.push().keep(settings_);
     }
     void popModelViewMatrix() override {
         trace("popModelViewMatrix", "%s", "");
         if (!canPop_(modelViews_.size(), base_.modelViews, "popModelViewMatrix"))
             return;
-        std::memcpy(settings_.modelView.ptr(), &modelViews_.back(), sizeof(MatrixElements));
-        modelViews_.pop_back();
+        modelViews_.top().apply(settings_);
+        modelViews_.pop();
     }
-    void pushClipRect(osg::RectImpl<osg::Vec2i> const& rect) override;
-    void popClipRect() override;
+    void pushClipRect(osg::RectImpl<osg::Vec2i> const& rect) override {
+        trace("pushClipRect", "%d %d %d %d", rect.x1, rect.y1, rect.x2, rect.y2);
+        // Outside passes and targets the host's own pixels are meant.
+        float const scale = deviceDepth_ ? getScale() : 1.0f;
+        osg::RectImpl<osg::Vec2i> const pixels = scale == 1.0f ? rect : roundToPixels_(rect, scale);
+        osg::RectImpl<osg::Vec2i> const cut = clips_.size() > base_.clips ? pixels.intersected(clips_.top()) : pixels;
+        clips_.push() = cut;
+        clipDirty_ = true;
+    }
+    void popClipRect() override {
+        trace("popClipRect", "%s", "");
+        if (!canPop_(clips_.size(), base_.clips, "popClipRect"))
+            return;
+        clips_.pop();
+        clipDirty_ = true;
+    }
     void setTextureFiltering(TextureSampler sampler) override;
     void setGeometry(vtxGeometry* geometry) override;
     void drawPrimitives(vtxGeometry::PrimitiveType type, int count, int first) override;
@@ -169,9 +193,19 @@ private:
         bool operator==(StackHeights const&) const = default;
     };
 
-    /// Of a matrix that waits on its stack.
-    struct MatrixElements {
+    /// A model-view that waits on its stack. Copied whole, which osg does element by element.
+    struct ModelView {
+        void keep(vtxDrawSettings const& settings) {
+            std::memcpy(elements, settings.modelView.ptr(), sizeof(elements));
+            translates = settings.modelViewTranslates;
+        }
+        void apply(vtxDrawSettings& settings) const {
+            std::memcpy(settings.modelView.ptr(), elements, sizeof(elements));
+            settings.modelViewTranslates = translates;
+        }
+
         float elements[16];
+        bool translates;
     };
 
     /// An effect file that was loaded, or why it was not.
@@ -191,21 +225,28 @@ private:
     void releaseOutliving_();
     osg::RectImpl<osg::Vec2i> getTargetRect_() const;
     osg::RectImpl<osg::Vec2i> getViewport_() const;
-    osg::RectImpl<osg::Vec2i> getClip_() const;
+    osg::RectImpl<osg::Vec2i> const* getClip_() const { return clips_.size() > base_.clips ? &clips_.top() : nullptr; }
     /// Nothing that is drawn can be seen: cheap to tell, for the many that are scrolled out of view.
     bool isClippedAway_() const;
     void updateView_() {
-        if (viewDirty_ || clipDirty_)
+        if (viewDirty_)
             renewView_();
+        else if (clipDirty_)
+            renewClip_();
     }
     void renewView_();
+    void renewClip_();
     bool canPop_(std::size_t height, std::size_t base, char const* operation) {
         if (height <= base) [[unlikely]]
             report(vtxMisuse::EmptyStack, operation);
         return height > base;
     }
+    /// From GUI units to the pixel edges next to them.
+    static osg::RectImpl<osg::Vec2i> roundToPixels_(osg::RectImpl<osg::Vec2i> const& rect, float scale);
+    bool traceWanted_() const { return traceSwitch_ && *traceSwitch_; }
     void traceNow_(char const* operation, char const* format, ...) __attribute__((format(printf, 3, 4)));
     void changeOpacity_(float opacity);
+    void composeModelView_(float x, float y);
 
     std::unique_ptr<vtxDevice> device_;
     bool const* traceSwitch_;
@@ -231,10 +272,10 @@ private:
     bool viewDirty_ = true;
     bool clipDirty_ = true;
     osg::Vec2i hostSize_{0, 0};
-    qor::vector<osg::RectImpl<osg::Vec2i>> clips_;
+    vtxStack<osg::RectImpl<osg::Vec2i>> clips_;
     qor::vector<osg::RectImpl<osg::Vec2i>> viewports_;
     qor::vector<osg::Matrixf> projections_;
-    qor::vector<MatrixElements> modelViews_;
+    vtxStack<ModelView> modelViews_;
     qor::vector<Pass> passes_;
     StackHeights base_;
     StackHeights passStart_;

@@ -12,8 +12,9 @@ void vtxShader::setColor(osg::Vec4f const& color) { core_.changeSettings().color
 void vtxShader::setColors(float const* colors, int count) {
     vtxDrawSettings& settings = core_.changeSettings();
     settings.colorCount = colors ? std::clamp(count, 0, vtxDrawSettings::maxColors) : 0;
-    for (int i = 0; i < settings.colorCount; ++i)
-        std::memcpy(settings.colors[i].ptr(), colors + 4 * i, 4 * sizeof(float));
+    if (settings.colorCount > 0)
+        std::memcpy(settings.colors[0].ptr(), colors,
+                    static_cast<std::size_t>(settings.colorCount) * 4 * sizeof(float));
 }
 
 void vtxShader::setTexture(vtxTexture const* texture) { core_.changeSettings().texture = texture; }

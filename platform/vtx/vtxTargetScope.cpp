@@ -72,6 +72,7 @@ void vtxTargetScope::begin_() {
     core_.settings_ = vtxDrawSettings();
     core_.settings_.projection = settings_.projection;
     core_.settings_.modelView = settings_.modelView;
+    core_.settings_.modelViewTranslates = settings_.modelViewTranslates;
     core_.base_ = core_.getHeights_();
     core_.passes_.push_back(vtxRendererCore::Pass{});
     core_.viewDirty_ = true;
@@ -89,10 +90,10 @@ void vtxTargetScope::end_() {
         if (core_.passes_.back().open)
             core_.closePass_(core_.passes_.back());
     }
-    core_.clips_.resize(core_.base_.clips);
+    core_.clips_.shrink(core_.base_.clips);
     core_.viewports_.resize(core_.base_.viewports);
     core_.projections_.resize(core_.base_.projections);
-    core_.modelViews_.resize(core_.base_.modelViews);
+    core_.modelViews_.shrink(core_.base_.modelViews);
     core_.device_->finishTarget(storage_.target);
     core_.device_->bindTarget(outer_ ? outer_->target : 0);
     storage_.image.bound = false;

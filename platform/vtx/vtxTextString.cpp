@@ -1,6 +1,6 @@
 #include "platform/vtx/vtxTextString.h"
 
-#include "platform/vtx/vtxRenderer.h"
+#include "platform/vtx/vtxRendererCore.h"
 #include "platform/vtx/vtxShader.h"
 #include "platform/vtx/vtxSizedFont.h"
 
@@ -83,25 +83,29 @@ void vtxTextString::build_(float scale) const {
 void vtxTextString::draw(vtxShader* shader, float scale) const { draw(shader, color, scale); }
 
 void vtxTextString::draw(vtxShader* shader, osg::Vec4f const& glyphColor, float scale) const {
-    float const used = getScale(scale);
-    if (!shader || builtScale_ == 0.0f || used <= 0.0f)
+    vtxRendererCore* const core = vtxRendererCore::getCore();
+    if (!shader || !core || builtScale_ == 0.0f)
         return;
-    if (builtScale_ != used || builtGeneration_ != getGeneration())
+    float const used = scale > 0.0f ? scale : core->getScale();
+    if (builtScale_ != used || builtGeneration_ != core->getGeneration())
         build_(used);
     if (quads.getBatches().empty())
         return;
     shader->turnOnDrawQuads();
-    osg::Vec4f const* const colors[LayerCount] = {&bkgColor, &shadowColor, &blurColor, &glyphColor, &lineThroughColor};
-    for (int layer = 0, batch = 0; layer < LayerCount; ++layer) {
-        int const end = layerEnds_[layer];
-        // Most strings are nothing but glyphs.
-        if (batch == end)
-            continue;
-        if (isSeen(*colors[layer])) {
-            shader->setColor(*colors[layer]);
-            for (; batch < end; ++batch)
-                quads.drawBatch(shader, batch);
-        }
-        batch = end;
+    // Most strings are nothing but glyphs.
+    if (layerEnds_[LayerBlur] == 0 && layerEnds_[LayerGlyphs] == layerEnds_[LayerLineThrough]) {
+        drawBatches_(*shader, glyphColor, 0, layerEnds_[LayerGlyphs]);
+        return;
     }
+    osg::Vec4f const* const colors[LayerCount] = {&bkgColor, &shadowColor, &blurColor, &glyphColor, &lineThroughColor};
+    for (int layer = 0, begin = 0; layer < LayerCount; begin = layerEnds_[layer++])
+        drawBatches_(*shader, *colors[layer], begin, layerEnds_[layer]);
+}
+
+void vtxTextString::drawBatches_(vtxShader& shader, osg::Vec4f const& layerColor, int begin, int end) const {
+    if (begin == end || !isSeen(layerColor))
+        return;
+    shader.setColor(layerColor);
+    for (int batch = begin; batch < end; ++batch)
+        shader.drawQuads(quads, batch);
 }

@@ -53,6 +53,7 @@ private:
     enum Layer { LayerBkg, LayerShadow, LayerBlur, LayerGlyphs, LayerLineThrough, LayerCount };
 
     void build_(float scale) const;
+    void drawBatches_(vtxShader& shader, osg::Vec4f const& layerColor, int begin, int end) const;
     void addBar_(float y, float width, float height) const;
 
     // What drawing builds again when the scale has changed; all of it follows from the fields above.

@@ -13,11 +13,6 @@
 /// the long way over all elements does.
 namespace vtxTranslation {
 
-/// to = from, which osg does element by element.
-inline void assign(osg::Matrixf& to, osg::Matrixf const& from) {
-    std::memcpy(to.ptr(), from.ptr(), 16 * sizeof(float));
-}
-
 /// Nothing but a translation: all elements outside the last row are those of the identity, signs of zeros included.
 inline bool isTranslation(osg::Matrixf const& matrix) {
     // Two elements a comparison.
@@ -33,26 +28,41 @@ inline bool isTranslation(osg::Matrixf const& matrix) {
     return differences == 0 && matrix(3, 3) == 1.0f;
 }
 
-/// matrix.postMult(osg::Matrixf::translate(x, y, z)).
-inline void postMultTranslate(osg::Matrixf& matrix, float x, float y, float z) {
-    if (!isTranslation(matrix)) {
-        matrix.postMult(osg::Matrixf::translate(x, y, z));
-        return;
+/// Where a translation leads.
+struct Place {
+    float x, y, z;
+    bool isFinite() const {
+        // A number times 0 is 0, but for those that are not finite.
+        return x * 0.0f + y * 0.0f + z * 0.0f == 0.0f;
     }
+};
+
+inline Place getPlace(osg::Matrixf const& matrix) { return Place{matrix(3, 0), matrix(3, 1), matrix(3, 2)}; }
+
+inline void setPlace(osg::Matrixf& matrix, Place const& place) {
+    matrix(3, 0) = place.x;
+    matrix(3, 1) = place.y;
+    matrix(3, 2) = place.z;
+}
+
+/// The last row of a translation after postMult(osg::Matrixf::translate(by.x, by.y, by.z)).
+inline Place compose(Place const& place, Place const& by) {
     // The products by 0 decide the sign of a zero, and an infinity spoils its neighbours by them.
-    float const a = matrix(3, 0);
-    float const b = matrix(3, 1);
-    float const c = matrix(3, 2);
-    matrix(3, 0) = a + b * 0.0f + c * 0.0f + x;
-    matrix(3, 1) = a * 0.0f + b + c * 0.0f + y;
-    matrix(3, 2) = a * 0.0f + b * 0.0f + c + z;
+    auto const [a, b, c] = place;
+    return Place{a + b * 0.0f + c * 0.0f + by.x, a * 0.0f + b + c * 0.0f + by.y, a * 0.0f + b * 0.0f + c + by.z};
+}
+
+inline void postMultTranslate(osg::Matrixf& matrix, Place const& by) {
+    if (isTranslation(matrix))
+        setPlace(matrix, compose(getPlace(matrix), by));
+    else
+        matrix.postMult(osg::Matrixf::translate(by.x, by.y, by.z));
 }
 
 /// All elements are finite.
 inline bool isFinite(osg::Matrixf const& matrix) {
-    // A number times 0 is 0, but for those that are not finite.
     if (isTranslation(matrix))
-        return matrix(3, 0) * 0.0f + matrix(3, 1) * 0.0f + matrix(3, 2) * 0.0f == 0.0f;
+        return getPlace(matrix).isFinite();
     float const* const numbers = matrix.ptr();
     return std::all_of(numbers, numbers + 16, [](float number) { return std::isfinite(number); });
 }
