@@ -381,12 +381,18 @@ void Skin::doRedraw() {
 
 // --- Drawing ---
 
+inline bool Skin::isClippedByInsets_() const { return widget && data && !data->getClipInsetsEmpty(); }
+
 void Skin::draw() {
     if (!widget)
         return;
     vtxRenderer::OpacityGuard const opacity(widget->getOpacity());
+    constexpr unsigned wholly = EntersDrawing | DrawsInOneGo;
     if (!target) {
-        draw_();
+        if (ownWays_.getFlags(*this, learnOwnWays_) == wholly)
+            drawInOneGo_();
+        else
+            draw_();
     } else if (effect && effect->getHasShader()) {
         effect->setTexture(targetImage->getTexture());
         effect->draw();
@@ -395,7 +401,32 @@ void Skin::draw() {
     }
 }
 
+unsigned Skin::learnOwnWays_(VirtualTable table) {
+    bool const drawsInOneGo = table.sharesAll(skinTable, &Skin::drawBkg_, &Skin::beginClipByInsets, &Skin::drawImage_,
+                                              &Skin::drawText_, &Skin::drawChildren_, &Skin::endClipByInsets);
+    bool const entersDrawing = table.sharesAll(skinTable, &Skin::draw_);
+    return (drawsInOneGo ? DrawsInOneGo : 0U) | (entersDrawing ? EntersDrawing : 0U);
+}
+
+void Skin::drawInOneGo_() {
+    if (bkg)
+        bkg->draw();
+    if (isClippedByInsets_())
+        vtxRenderer::get()->pushClipRect(getInsetsClip_());
+    if (image)
+        image->draw();
+    if (text)
+        text->draw();
+    widget->drawChildren();
+    if (isClippedByInsets_())
+        vtxRenderer::get()->popClipRect();
+}
+
 void Skin::draw_() {
+    if (widget && (ownWays_.getFlags(*this, learnOwnWays_) & DrawsInOneGo)) {
+        drawInOneGo_();
+        return;
+    }
     drawBkg_();
     beginClipByInsets();
     drawImage_();
@@ -489,9 +520,7 @@ void Skin::makeFocusRect(GraphicCommands* commands) {
 
 // --- Clip by insets ---
 
-bool Skin::getClipByInsets_(osg::RectImpl<osg::Vec2i>& rect) const {
-    if (!widget || !data || data->getClipInsetsEmpty())
-        return false;
+osg::RectImpl<osg::Vec2i> Skin::getInsetsClip_() const {
     GUI const* const gui = GUI::get();
     Insets const insets = data->getClipInsets();
     osg::Vec2i position(insets.left, insets.top);
@@ -503,31 +532,28 @@ bool Skin::getClipByInsets_(osg::RectImpl<osg::Vec2i>& rect) const {
     double const x2 = double(position.x()) - insets.right - insets.left + size.x();
     double const y2 = double(position.y()) - insets.bottom - insets.top + size.y();
     osg::Vec2f const scale = gui ? gui->getOffscreenScaleFactor() : osg::Vec2f(1.0f, 1.0f);
-    rect = osg::RectImpl<osg::Vec2i>(qor::truncateToInt(position.x() * double(scale.x())),
+    return osg::RectImpl<osg::Vec2i>(qor::truncateToInt(position.x() * double(scale.x())),
                                      qor::truncateToInt(position.y() * double(scale.y())),
                                      qor::truncateToInt(x2 * scale.x()), qor::truncateToInt(y2 * scale.y()));
-    return true;
 }
 
 void Skin::beginClipByInsets() {
-    osg::RectImpl<osg::Vec2i> rect;
-    if (getClipByInsets_(rect))
-        vtxRenderer::get()->pushClipRect(rect);
+    if (isClippedByInsets_())
+        vtxRenderer::get()->pushClipRect(getInsetsClip_());
 }
 
 void Skin::endClipByInsets() {
-    if (widget && data && !data->getClipInsetsEmpty())
+    if (isClippedByInsets_())
         vtxRenderer::get()->popClipRect();
 }
 
 void Skin::makeBeginClipByInsets(GraphicCommands* commands) {
-    osg::RectImpl<osg::Vec2i> rect;
-    if (getClipByInsets_(rect))
-        commands->pushClipRect(rect);
+    if (isClippedByInsets_())
+        commands->pushClipRect(getInsetsClip_());
 }
 
 void Skin::makeEndClipByInsets(GraphicCommands* commands) {
-    if (widget && data && !data->getClipInsetsEmpty())
+    if (isClippedByInsets_())
         commands->popClipRect();
 }
 

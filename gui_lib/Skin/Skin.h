@@ -7,6 +7,7 @@
 #include "gui_lib/Skin/Image.h"
 #include "gui_lib/Skin/Text.h"
 #include "gui_lib/base/InteractiveState.h"
+#include "gui_lib/base/VirtualTable.h"
 #include "platform/osg/RectImpl.h"
 #include "platform/qor/Api.h"
 #include "platform/qor/Containers.h"
@@ -203,8 +204,16 @@ private:
     void readData_(lua_State* L, Data& target);
     bool getTargetSizeSet_() const;
     osg::Vec2i getWantedTargetSize_() const;
-    bool getClipByInsets_(osg::RectImpl<osg::Vec2i>& rect) const;
+    bool isClippedByInsets_() const;
+    osg::RectImpl<osg::Vec2i> getInsetsClip_() const;
 
+    /// What the class of this object leaves as Skin has it.
+    enum OwnWays : unsigned { DrawsInOneGo = 1, EntersDrawing = 2 };
+    static unsigned learnOwnWays_(VirtualTable table);
+    /// What the steps of `draw_` do together in a class that overrides none of them.
+    void drawInOneGo_();
+
+    VirtualMemo ownWays_;
     /// Null unless the text has tabs.
     std::unique_ptr<ExpandedText> expanded_;
     /// Null until a text was measured.

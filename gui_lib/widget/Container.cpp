@@ -408,9 +408,11 @@ void Container::parse_() { parseChildren_(); }
 
 void Container::parseChildren_() {
     AliveGuard const self(this);
-    for (std::size_t i = 0; self.alive() && i < widgets.size(); ++i)
-        if (Widget* const child = WidgetHandler::get(widgets[i]))
+    for (std::size_t i = 0; self.alive() && i < widgets.size(); ++i) {
+        Widget* const child = WidgetHandler::get(widgets[i]);
+        if (child && !(child->getOwnWays_() & ParsesNothing))
             child->parse();
+    }
 }
 
 void Container::makeParse_(GraphicCommands* commands) {

@@ -38,6 +38,19 @@ VirtualTable widgetTable;
 
 // --- Life ---
 
+unsigned Widget::learnOwnWays_(VirtualTable table) {
+    unsigned ways = 0;
+    if (table.sharesAll(widgetTable, &Widget::getTargetPosition_, &Widget::getPosition, &Widget::getSize,
+                        &Widget::drawClipped_, &Widget::beginClip_, &Widget::endClip_, &Widget::getClipRect_,
+                        &Widget::draw_, &Widget::drawFocusRect_))
+        ways |= DrawsInOneGo;
+    if (table.sharesAll(widgetTable, &Widget::getVisible, &Widget::drawModelView_))
+        ways |= EntersDrawing;
+    if (table.sharesAll(widgetTable, &Widget::getVisible, &Widget::parse, &Widget::parse_))
+        ways |= ParsesNothing;
+    return ways;
+}
+
 Widget::Widget() : handler(WidgetHandler::create(this)) {
     widgetTable = VirtualTable::of(*this);
     WidgetWorkLists::get().enterDirty(*this);

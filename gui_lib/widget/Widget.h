@@ -3,6 +3,7 @@
 #include "gui_lib/base/CallbackTypes.h"
 #include "gui_lib/base/InteractiveState.h"
 #include "gui_lib/base/Keyboard.h"
+#include "gui_lib/base/VirtualTable.h"
 #include "platform/osg/RectImpl.h"
 #include "platform/qor/Api.h"
 #include "platform/qor/Containers.h"
@@ -322,7 +323,15 @@ protected:
 
 private:
     void redrawDebugSkin_();
+    /// What the class of this object leaves as Widget has it.
+    enum OwnWays : unsigned { DrawsInOneGo = 1, EntersDrawing = 2, ParsesNothing = 4 };
+    unsigned getOwnWays_() const { return ownWays.getFlags(*this, learnOwnWays_); }
+    static unsigned learnOwnWays_(VirtualTable table);
+    /// What the steps from `drawModelView_` on do together in a class that overrides none of them.
+    void drawInOneGo_();
+    void drawSkins_();
     /// `own` from the corner of `target`, or of the surface.
+    osg::Vec2i addOrigin_(osg::Vec2i const& own, Widget const* target) const;
     osg::Vec2i climbToTarget_(osg::Vec2i const& own, Widget const* target) const;
     /// The own place in the parent is another.
     void onPlaceChanged_() const;
@@ -340,6 +349,7 @@ private:
     /// The same for `screenToWidget`.
     osg::Vec2i screenToSettledWidget_(osg::Vec2i const& point) const;
 
+    mutable VirtualMemo ownWays;
     /// Places in the two dirty lists and in the list for `doRedraw`; -1 outside.
     int dirtyIndex[2] = {-1, -1};
     int doRedrawIndex = -1;

@@ -29,6 +29,24 @@ bool clippingIsOn() {
     return !gui || gui->getClippingEnabled();
 }
 
+/// The clip of a widget that begins at `corner` of the target or of the surface.
+osg::RectImpl<osg::Vec2i> getClipRectAt(osg::Vec2i corner, osg::Vec2i const& size) {
+    osg::Vec2f scale(1.0f, 1.0f);
+    if (GUI const* const gui = GUI::get()) {
+        // A target begins at its own corner, not at the screen's.
+        if (!gui->getTargetWidget())
+            corner = saturatingAdd(corner, gui->getScreenPosition());
+        scale = gui->getOffscreenScaleFactor();
+    }
+    if (scale == osg::Vec2f(1.0f, 1.0f))
+        return osg::RectImpl<osg::Vec2i>(corner, saturatingAdd(corner, size));
+    double const x = corner.x();
+    double const y = corner.y();
+    return osg::RectImpl<osg::Vec2i>(qor::truncateToInt(x * scale.x()), qor::truncateToInt(y * scale.y()),
+                                     qor::truncateToInt((x + size.x()) * scale.x()),
+                                     qor::truncateToInt((y + size.y()) * scale.y()));
+}
+
 std::shared_ptr<std::function<void()>> shareUnlessEmpty(std::function<void()> callback) {
     return callback ? std::make_shared<std::function<void()>>(std::move(callback)) : nullptr;
 }
@@ -145,11 +163,7 @@ void Widget::doRedrawChildren() {}
 
 // --- Place in the target ---
 
-osg::Vec2i Widget::getTargetPosition_() const {
-    Widget const* const target = currentTarget();
-    if (this == target)
-        return osg::Vec2i(0, 0);
-    osg::Vec2i const own = getPosition();
+inline osg::Vec2i Widget::addOrigin_(osg::Vec2i const& own, Widget const* target) const {
     osg::Vec2i const* const origin = OriginScope::findAround(OriginScope::Target, handler, parent, target);
     return origin ? saturatingAdd(own, *origin) : climbToTarget_(own, target);
 }
@@ -161,38 +175,50 @@ osg::Vec2i Widget::climbToTarget_(osg::Vec2i const& own, Widget const* target) c
     return result;
 }
 
+osg::Vec2i Widget::getTargetPosition_() const {
+    Widget const* const target = currentTarget();
+    return this == target ? osg::Vec2i(0, 0) : addOrigin_(getPosition(), target);
+}
+
 osg::RectImpl<osg::Vec2i> Widget::getClipRect_() const {
-    osg::Vec2i corner = getTargetPosition_();
-    osg::Vec2f scale(1.0f, 1.0f);
-    if (GUI const* const gui = GUI::get()) {
-        // A target begins at its own corner, not at the screen's.
-        if (!gui->getTargetWidget())
-            corner = saturatingAdd(corner, gui->getScreenPosition());
-        scale = gui->getOffscreenScaleFactor();
-    }
-    osg::Vec2i const own = getSize();
-    if (scale == osg::Vec2f(1.0f, 1.0f))
-        return osg::RectImpl<osg::Vec2i>(corner, saturatingAdd(corner, own));
-    double const x = corner.x();
-    double const y = corner.y();
-    return osg::RectImpl<osg::Vec2i>(qor::truncateToInt(x * scale.x()), qor::truncateToInt(y * scale.y()),
-                                     qor::truncateToInt((x + own.x()) * scale.x()),
-                                     qor::truncateToInt((y + own.y()) * scale.y()));
+    osg::Vec2i const corner = getTargetPosition_();
+    return getClipRectAt(corner, getSize());
 }
 
 // --- Drawing ---
 
 void Widget::draw() {
-    if (getVisible(false))
+    constexpr unsigned wholly = EntersDrawing | DrawsInOneGo;
+    if ((getOwnWays_() & wholly) == wholly) {
+        if (visible)
+            drawInOneGo_();
+    } else if (getVisible(false)) {
         drawModelView_();
+    }
 }
 
 void Widget::drawModelView_() {
+    if (getOwnWays_() & DrawsInOneGo) {
+        drawInOneGo_();
+        return;
+    }
     OriginScope const origin(OriginScope::Target, handler, getTargetPosition_(), currentTarget());
     vtxRenderer::ModelViewMatrixGuard guard;
     osg::Vec2i const place = getPosition();
     guard.setTranslate(static_cast<float>(place.x()), static_cast<float>(place.y()), 0.0f);
     drawClipped_();
+}
+
+void Widget::drawInOneGo_() {
+    Widget const* const target = currentTarget();
+    osg::Vec2i const corner = this == target ? osg::Vec2i(0, 0) : addOrigin_(position, target);
+    OriginScope const origin(OriginScope::Target, handler, corner, target);
+    bool const clip = clippingIsOn();
+    osg::RectImpl<osg::Vec2i> const clipRect = clip ? getClipRectAt(corner, size) : osg::RectImpl<osg::Vec2i>();
+    vtxRenderer::PlaceGuard const guard(position, clip ? &clipRect : nullptr);
+    drawSkins_();
+    if (skin)
+        skin->drawFocusRect();
 }
 
 void Widget::drawClipped_() {
@@ -209,7 +235,9 @@ void Widget::beginClip_() { vtxRenderer::get()->pushClipRect(getClipRect_()); }
 
 void Widget::endClip_() { vtxRenderer::get()->popClipRect(); }
 
-void Widget::draw_() {
+void Widget::draw_() { drawSkins_(); }
+
+inline void Widget::drawSkins_() {
     if (skin)
         skin->draw();
     if (debugSkin)
