@@ -16,21 +16,14 @@ void CommandPlayer::parse(gui::GraphicCommands const& list) {
         command->draw();
 }
 
-void CommandPlayer::doRedraw(gui::GraphicCommands const& list) {
-    for (gui::GraphicCommand* command : list.getCommands())
-        command->doRedraw();
-}
+void CommandPlayer::doRedraw(gui::GraphicCommands const& list) { gui::GraphicCommand::doRedrawAll(list.getCommands()); }
 
-void CommandPlayer::draw(gui::GraphicCommands const& list) {
-    for (gui::GraphicCommand* command : list.getCommands())
-        command->draw();
-}
+void CommandPlayer::draw(gui::GraphicCommands const& list) { gui::GraphicCommand::drawAll(list.getCommands()); }
 
 void CommandPlayer::release(gui::GraphicCommands& list) {
     for (gui::GraphicCommandParse* command : list.getParseCommands())
         command->release();
-    for (gui::GraphicCommand* command : list.getCommands())
-        command->release();
+    gui::GraphicCommand::releaseAll(list.getCommands());
     list.clear();
 }
 

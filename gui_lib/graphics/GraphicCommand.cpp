@@ -17,6 +17,21 @@ GraphicCommand::GraphicCommand() : serial(++lastSerial) { allCommands().push_bac
 
 GraphicCommand::~GraphicCommand() = default;
 
+void GraphicCommand::doRedrawAll(qor::vector<GraphicCommand*> const& commands) {
+    for (GraphicCommand* command : commands)
+        command->doRedraw();
+}
+
+void GraphicCommand::drawAll(qor::vector<GraphicCommand*> const& commands) {
+    for (GraphicCommand* command : commands)
+        command->draw();
+}
+
+void GraphicCommand::releaseAll(qor::vector<GraphicCommand*> const& commands) {
+    for (GraphicCommand* command : commands)
+        command->release();
+}
+
 qor::vector<GraphicCommand*>& GraphicCommand::allCommands() {
     static auto* const commands = new qor::vector<GraphicCommand*>;
     return *commands;

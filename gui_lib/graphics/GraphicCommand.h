@@ -3,7 +3,9 @@
 #include <typeinfo>
 
 #include "platform/qor/Api.h"
+#include "platform/qor/Append.h"
 #include "platform/qor/Containers.h"
+#include "platform/qor/Immortal.h"
 
 namespace gui {
 
@@ -19,6 +21,11 @@ public:
     virtual void draw() = 0;
     /// Gives the object back to its pool.
     virtual void release() = 0;
+
+    // --- The same for each of a list, in its order ---
+    static void doRedrawAll(qor::vector<GraphicCommand*> const& commands);
+    static void drawAll(qor::vector<GraphicCommand*> const& commands);
+    static void releaseAll(qor::vector<GraphicCommand*> const& commands);
 
     GraphicCommand(GraphicCommand const&) = delete;
     GraphicCommand& operator=(GraphicCommand const&) = delete;
@@ -40,14 +47,17 @@ protected:
 
     template <typename T>
     static CommandStorage<T>& getStorage() {
-        // Never destroyed: lists that outlive static destruction may still release into it.
-        static auto* const storage = new CommandStorage<T>;
-        return *storage;
+        return storage_<T>.value;
     }
 
     static void logStat_(char const* typeName, int all, int free);
 
 private:
+    /// There before the program begins, so that no use need ask, and never destroyed: lists that outlive static
+    /// destruction may still release into it.
+    template <typename T>
+    static inline constinit qor::Immortal<CommandStorage<T>> storage_{};
+
     /// Every command ever made; keeps them reachable.
     static qor::vector<GraphicCommand*>& allCommands();
 
@@ -60,14 +70,11 @@ class VORLEX_API SimpleGraphicCommand : public GraphicCommand {
 public:
     /// An idle object as its last use left it, or a new one. The caller overwrites the fields that it carries.
     static T* fetch() {
-        CommandStorage<T>& storage = getStorage<T>();
-        if (storage.free.empty()) {
-            T* command = new T;
-            ++storage.all;
-            return command;
-        }
-        T* command = storage.free.back();
-        storage.free.pop_back();
+        auto& free = getStorage<T>().free;
+        if (free.empty()) [[unlikely]]
+            return create_();
+        T* const command = free.back();
+        free.pop_back();
         return command;
     }
 
@@ -79,7 +86,14 @@ public:
 
     void doRedraw() override {}
     void draw() override {}
-    void release() override { getStorage<T>().free.push_back(static_cast<T*>(this)); }
+    void release() override { qor::append(getStorage<T>().free, static_cast<T*>(this)); }
+
+private:
+    [[gnu::noinline, gnu::cold]] static T* create_() {
+        T* const command = new T;
+        ++getStorage<T>().all;
+        return command;
+    }
 };
 
 }  // namespace gui

@@ -3,6 +3,7 @@
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "gui_lib/graphics/commands/GraphicCommandModelViewMatrix.h"
 #include "gui_lib/graphics/commands/GraphicCommandProjectionMatrix.h"
+#include "gui_lib/graphics/commands/GraphicCommandRects.h"
 #include "gui_lib/graphics/commands/GraphicCommandStates.h"
 #include "gui_lib/graphics/commands/GraphicCommandTechniques.h"
 
@@ -12,10 +13,10 @@ namespace gui {
 
 GraphicCommandClipRectGuard::GraphicCommandClipRectGuard(GraphicCommands* list, osg::RectImpl<osg::Vec2i> const& rect)
     : GraphicCommandGuard(list) {
-    commands->pushClipRect(rect);
+    commands->add(GraphicCommandPushClipRect::fetch()->set(rect));
 }
 
-GraphicCommandClipRectGuard::~GraphicCommandClipRectGuard() { commands->popClipRect(); }
+GraphicCommandClipRectGuard::~GraphicCommandClipRectGuard() { commands->add(GraphicCommandPopClipRect::fetch()); }
 
 GraphicCommandViewportGuard::GraphicCommandViewportGuard(GraphicCommands* list, osg::RectImpl<osg::Vec2i> const& rect)
     : GraphicCommandGuard(list) {
@@ -26,10 +27,12 @@ GraphicCommandViewportGuard::~GraphicCommandViewportGuard() { commands->popViewp
 
 GraphicCommandOpacityGuard::GraphicCommandOpacityGuard(GraphicCommands* list, float opacity)
     : GraphicCommandGuard(list), saved(GraphicCommandSetOpacity::currentOpacity) {
-    commands->setOpacity(opacity);
+    commands->add(GraphicCommandSetOpacity::fetch()->set(opacity));
 }
 
-GraphicCommandOpacityGuard::~GraphicCommandOpacityGuard() { commands->setOpacity(saved); }
+GraphicCommandOpacityGuard::~GraphicCommandOpacityGuard() {
+    commands->add(GraphicCommandSetOpacity::fetch()->set(saved));
+}
 
 GraphicCommandShaderTechniqueGuard::GraphicCommandShaderTechniqueGuard(GraphicCommands* list,
                                                                        vtxRenderer::TechniqueType technique)

@@ -37,8 +37,6 @@ GraphicCommands::GraphicCommands() = default;
 
 GraphicCommands::~GraphicCommands() = default;
 
-void GraphicCommands::add(GraphicCommand* command) { commands.push_back(command); }
-
 void GraphicCommands::clear() {
     commands.clear();
     parseCommands.clear();

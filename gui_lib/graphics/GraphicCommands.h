@@ -10,6 +10,7 @@
 
 #include "platform/osg/RectImpl.h"
 #include "platform/qor/Api.h"
+#include "platform/qor/Append.h"
 #include "platform/qor/Containers.h"
 
 class vtxFont;
@@ -35,7 +36,7 @@ public:
     GraphicCommands(GraphicCommands const&) = delete;
     GraphicCommands& operator=(GraphicCommands const&) = delete;
 
-    void add(GraphicCommand* command);
+    void add(GraphicCommand* command) { qor::append(commands, command); }
     /// Empties both lists and releases nothing.
     void clear();
     qor::vector<GraphicCommand*> const& getCommands() const { return commands; }

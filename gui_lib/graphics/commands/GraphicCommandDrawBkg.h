@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstring>
+
 #include <osg/Vec4f>
 
 #include "gui_lib/graphics/GraphicCommand.h"
@@ -12,7 +14,12 @@ namespace gui {
 class VORLEX_API GraphicCommandDrawBkg : public SimpleGraphicCommand<GraphicCommandDrawBkg> {
 public:
     /// `colors` are nine RGBA colours, whatever the number of quads.
-    GraphicCommandDrawBkg* set(vtxShaderBkgQuads const& quads, float const* colors);
+    GraphicCommandDrawBkg* set(vtxShaderBkgQuads const& newQuads, float const* newColors) {
+        quads = newQuads;
+        std::memcpy(static_cast<void*>(colors), newColors, sizeof(colors));
+        recorded_.take();
+        return this;
+    }
     void draw() override;
 
 private:

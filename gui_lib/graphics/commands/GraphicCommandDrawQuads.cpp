@@ -16,9 +16,10 @@ GraphicCommandDrawQuads* GraphicCommandDrawQuads::set(vtxShaderQuads const& newQ
 }
 
 void GraphicCommandDrawQuads::draw() {
-    if (!recorded_.isCurrent())
+    vtxRenderer* const renderer = vtxRenderer::get();
+    if (!recorded_.isOf(renderer))
         return;
-    vtxShader* const shader = vtxRenderer::get()->getShader();
+    vtxShader* const shader = renderer->getShader();
     shader->setColor(color);
     shader->turnOnDrawQuads();
     if (sampler >= vtxRenderer::SamplerLinear && sampler <= vtxRenderer::SamplerRepeat)

@@ -6,30 +6,7 @@
 
 namespace gui {
 
-qor::vector<vtxTextString*>& GraphicCommandDrawText::textStringPool() {
-    static auto* const pool = new qor::vector<vtxTextString*>;
-    return *pool;
-}
-
-GraphicCommandDrawText* GraphicCommandDrawText::set(osg::Vec4f const* newColor) {
-    hasColor = newColor != nullptr;
-    if (newColor)
-        color = *newColor;
-    return this;
-}
-
-vtxTextString* GraphicCommandDrawText::addString(float scale) {
-    auto& pool = textStringPool();
-    vtxTextString* string = nullptr;
-    if (pool.empty()) {
-        string = new vtxTextString;
-    } else {
-        string = pool.back();
-        pool.pop_back();
-    }
-    entries.push_back(Entry{string, scale});
-    return string;
-}
+vtxTextString* GraphicCommandDrawText::makeString_() { return new vtxTextString; }
 
 void GraphicCommandDrawText::draw() {
     vtxShader* const shader = vtxRenderer::get()->getShader();
@@ -44,14 +21,14 @@ void GraphicCommandDrawText::draw() {
 
 void GraphicCommandDrawText::release() {
     SimpleGraphicCommand::release();
-    auto& pool = textStringPool();
+    auto& pool = textStringPool_.value;
     for (Entry const& entry : entries)
-        pool.push_back(entry.string);
+        qor::append(pool, entry.string);
     entries.clear();
 }
 
 void GraphicCommandDrawText::destroyTextStrings() {
-    auto& pool = textStringPool();
+    auto& pool = textStringPool_.value;
     for (vtxTextString* string : pool)
         delete string;
     pool.clear();

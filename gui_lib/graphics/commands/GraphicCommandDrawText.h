@@ -13,9 +13,18 @@ namespace gui {
 class VORLEX_API GraphicCommandDrawText : public SimpleGraphicCommand<GraphicCommandDrawText> {
 public:
     /// A null colour leaves each string its own.
-    GraphicCommandDrawText* set(osg::Vec4f const* color);
+    GraphicCommandDrawText* set(osg::Vec4f const* newColor) {
+        hasColor = newColor != nullptr;
+        if (newColor)
+            color = *newColor;
+        return this;
+    }
     /// Appends a pooled string, to be filled by the caller, drawn at `scale` (above 0).
-    vtxTextString* addString(float scale);
+    vtxTextString* addString(float scale) {
+        vtxTextString* const string = takeString_();
+        entries.push_back(Entry{string, scale});
+        return string;
+    }
     void draw() override;
     void release() override;
 
@@ -23,12 +32,23 @@ public:
     static void destroyTextStrings();
 
 private:
+    static vtxTextString* takeString_() {
+        auto& pool = textStringPool_.value;
+        if (pool.empty()) [[unlikely]]
+            return makeString_();
+        vtxTextString* const string = pool.back();
+        pool.pop_back();
+        return string;
+    }
+    static vtxTextString* makeString_();
+
     struct Entry {
         vtxTextString* string;
         float scale;
     };
 
-    static qor::vector<vtxTextString*>& textStringPool();
+    /// There before the program begins and never destroyed, as the pools of the commands.
+    static inline constinit qor::Immortal<qor::vector<vtxTextString*>> textStringPool_{};
 
     osg::Vec4f color;
     bool hasColor = false;

@@ -21,8 +21,7 @@ GraphicCommandDrawToTarget* GraphicCommandDrawToTarget::set(std::shared_ptr<vtxF
 void GraphicCommandDrawToTarget::doRedraw() {
     if (!target)
         return;
-    for (GraphicCommand* command : commands)
-        command->doRedraw();
+    doRedrawAll(commands);
     osg::Vec2i const targetSize = target->getSize();
     target->renderToTarget([this, targetSize] { drawInner_(targetSize); });
 }
@@ -35,14 +34,12 @@ void GraphicCommandDrawToTarget::drawInner_(osg::Vec2i const& targetSize) {
     vtxRenderer::ClipRectGuard const clip(osg::RectImpl<osg::Vec2i>(0, 0, size.x(), size.y()));
     vtxRenderer::ShaderTechniqueGuard const technique(vtxRenderer::TechniqueTarget);
     vtxRenderer::get()->getShader()->turnOnDrawQuads();
-    for (GraphicCommand* command : commands)
-        command->draw();
+    drawAll(commands);
 }
 
 void GraphicCommandDrawToTarget::release() {
     SimpleGraphicCommand::release();
-    for (GraphicCommand* command : commands)
-        command->release();
+    releaseAll(commands);
     commands.clear();
     target.reset();
 }

@@ -18,11 +18,6 @@ void rotate(osg::Matrixf& matrix, float const* values) {
 
 }  // namespace
 
-GraphicCommandModelViewMatrix* GraphicCommandModelViewMatrix::addOp(unsigned type, float x, float y, float z, float w) {
-    ops.push_back(ModelViewOp{type, {x, y, z, w}});
-    return this;
-}
-
 void GraphicCommandModelViewMatrix::draw() {
     vtxRenderer* const renderer = vtxRenderer::get();
     float const scale = renderer->getScale();

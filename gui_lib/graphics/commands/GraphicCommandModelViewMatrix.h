@@ -26,7 +26,11 @@ struct VORLEX_API ModelViewOp {
 
 class VORLEX_API GraphicCommandModelViewMatrix : public SimpleGraphicCommand<GraphicCommandModelViewMatrix> {
 public:
-    GraphicCommandModelViewMatrix* addOp(unsigned type, float x = 0.0f, float y = 0.0f, float z = 0.0f, float w = 0.0f);
+    GraphicCommandModelViewMatrix* addOp(unsigned type, float x = 0.0f, float y = 0.0f, float z = 0.0f,
+                                         float w = 0.0f) {
+        ops.push_back(ModelViewOp{type, {x, y, z, w}});
+        return this;
+    }
     void draw() override;
     void release() override;
 

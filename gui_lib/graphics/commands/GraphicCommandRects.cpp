@@ -4,11 +4,6 @@
 
 namespace gui {
 
-GraphicCommandPushClipRect* GraphicCommandPushClipRect::set(osg::RectImpl<osg::Vec2i> const& newRect) {
-    rect = newRect;
-    return this;
-}
-
 void GraphicCommandPushClipRect::draw() { vtxRenderer::get()->pushClipRect(rect); }
 
 void GraphicCommandPopClipRect::draw() { vtxRenderer::get()->popClipRect(); }

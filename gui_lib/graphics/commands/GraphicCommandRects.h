@@ -10,7 +10,10 @@ namespace gui {
 /// Pushes a clip rectangle in GUI units.
 class VORLEX_API GraphicCommandPushClipRect : public SimpleGraphicCommand<GraphicCommandPushClipRect> {
 public:
-    GraphicCommandPushClipRect* set(osg::RectImpl<osg::Vec2i> const& rect);
+    GraphicCommandPushClipRect* set(osg::RectImpl<osg::Vec2i> const& newRect) {
+        rect = newRect;
+        return this;
+    }
     void draw() override;
 
 private:

@@ -13,12 +13,6 @@ void GraphicCommandSetTextureFiltering::draw() { vtxRenderer::get()->setTextureF
 
 float GraphicCommandSetOpacity::currentOpacity = 1.0f;
 
-GraphicCommandSetOpacity* GraphicCommandSetOpacity::set(float newOpacity) {
-    opacity = newOpacity;
-    currentOpacity = newOpacity;
-    return this;
-}
-
 void GraphicCommandSetOpacity::draw() { vtxRenderer::get()->setOpacity(opacity); }
 
 GraphicCommandShiftPosition* GraphicCommandShiftPosition::set(float newX, float newY, float newScale) {

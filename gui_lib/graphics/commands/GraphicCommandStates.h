@@ -19,7 +19,11 @@ private:
 class VORLEX_API GraphicCommandSetOpacity : public SimpleGraphicCommand<GraphicCommandSetOpacity> {
 public:
     /// Also remembers the value as the one recorded last.
-    GraphicCommandSetOpacity* set(float opacity);
+    GraphicCommandSetOpacity* set(float newOpacity) {
+        opacity = newOpacity;
+        currentOpacity = newOpacity;
+        return this;
+    }
     void draw() override;
 
     /// The opacity recorded last, by anyone, into any list.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/qor/Api.h"
+#include "platform/vtx/vtxRenderer.h"
 
 namespace gui {
 
@@ -8,8 +9,13 @@ namespace gui {
 /// its textures and geometry went with it.
 class VORLEX_API RendererStamp {
 public:
-    void take();
-    bool isCurrent() const;
+    void take() {
+        vtxRenderer* const renderer = vtxRenderer::get();
+        generation_ = renderer ? renderer->getGeneration() : 0;
+    }
+    bool isCurrent() const { return isOf(vtxRenderer::get()); }
+    /// False for null.
+    bool isOf(vtxRenderer* renderer) const { return renderer && renderer->getGeneration() == generation_; }
 
 private:
     unsigned generation_ = 0;  ///< 0: no renderer
