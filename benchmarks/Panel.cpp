@@ -134,6 +134,8 @@ private:
     void recordAndPlay_() {
         vtxRenderer& renderer = *vtxRenderer::get();
         window_->make(&list_);
+        // The hand-over to the thread that plays.
+        gui::GUI::get()->doRedraw();
         host::CommandPlayer::doRedraw(list_);
         Vec2i const size = getGridSize(count_) + Vec2i(64, 96);
         {
