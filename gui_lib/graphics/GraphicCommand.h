@@ -1,5 +1,6 @@
 #pragma once
 
+#include <type_traits>
 #include <typeinfo>
 
 #include "platform/qor/Api.h"
@@ -76,6 +77,11 @@ public:
         T* const command = free.back();
         free.pop_back();
         return command;
+    }
+
+    /// The class has something to do in `doRedraw`.
+    static constexpr bool preparesSomething() {
+        return !std::is_same_v<decltype(&T::doRedraw), void (SimpleGraphicCommand::*)()>;
     }
 
     /// Logs how many objects of the class exist and how many are idle.

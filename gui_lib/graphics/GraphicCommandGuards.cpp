@@ -13,10 +13,12 @@ namespace gui {
 
 GraphicCommandClipRectGuard::GraphicCommandClipRectGuard(GraphicCommands* list, osg::RectImpl<osg::Vec2i> const& rect)
     : GraphicCommandGuard(list) {
-    commands->add(GraphicCommandPushClipRect::fetch()->set(rect));
+    commands->addFetched(GraphicCommandPushClipRect::fetch()->set(rect));
 }
 
-GraphicCommandClipRectGuard::~GraphicCommandClipRectGuard() { commands->add(GraphicCommandPopClipRect::fetch()); }
+GraphicCommandClipRectGuard::~GraphicCommandClipRectGuard() {
+    commands->addFetched(GraphicCommandPopClipRect::fetch());
+}
 
 GraphicCommandViewportGuard::GraphicCommandViewportGuard(GraphicCommands* list, osg::RectImpl<osg::Vec2i> const& rect)
     : GraphicCommandGuard(list) {
@@ -27,21 +29,21 @@ GraphicCommandViewportGuard::~GraphicCommandViewportGuard() { commands->popViewp
 
 GraphicCommandOpacityGuard::GraphicCommandOpacityGuard(GraphicCommands* list, float opacity)
     : GraphicCommandGuard(list), saved(GraphicCommandSetOpacity::currentOpacity) {
-    commands->add(GraphicCommandSetOpacity::fetch()->set(opacity));
+    commands->addFetched(GraphicCommandSetOpacity::fetch()->set(opacity));
 }
 
 GraphicCommandOpacityGuard::~GraphicCommandOpacityGuard() {
-    commands->add(GraphicCommandSetOpacity::fetch()->set(saved));
+    commands->addFetched(GraphicCommandSetOpacity::fetch()->set(saved));
 }
 
 GraphicCommandShaderTechniqueGuard::GraphicCommandShaderTechniqueGuard(GraphicCommands* list,
                                                                        vtxRenderer::TechniqueType technique)
     : GraphicCommandGuard(list) {
-    commands->add(GraphicCommandPushShaderTechnique::fetch()->set(technique));
+    commands->addFetched(GraphicCommandPushShaderTechnique::fetch()->set(technique));
 }
 
 GraphicCommandShaderTechniqueGuard::~GraphicCommandShaderTechniqueGuard() {
-    commands->add(GraphicCommandPopShaderTechnique::fetch());
+    commands->addFetched(GraphicCommandPopShaderTechnique::fetch());
 }
 
 GraphicCommandShiftPositionGuard::GraphicCommandShiftPositionGuard(GraphicCommands* list, float shiftX, float shiftY,
@@ -56,25 +58,26 @@ GraphicCommandShiftPositionGuard::~GraphicCommandShiftPositionGuard() { commands
 
 GraphicCommandProjectionMatrixGuard::GraphicCommandProjectionMatrixGuard(GraphicCommands* list)
     : GraphicCommandGuard(list) {
-    commands->add(GraphicCommandProjectionMatrix::fetch()->addOp(ProjectionOp::ProjPush));
+    commands->addFetched(GraphicCommandProjectionMatrix::fetch()->addOp(ProjectionOp::ProjPush));
 }
 
 GraphicCommandProjectionMatrixGuard::~GraphicCommandProjectionMatrixGuard() {
-    commands->add(GraphicCommandProjectionMatrix::fetch()->addOp(ProjectionOp::ProjPop));
+    commands->addFetched(GraphicCommandProjectionMatrix::fetch()->addOp(ProjectionOp::ProjPop));
 }
 
 void GraphicCommandProjectionMatrixGuard::makeOrtho2D(float left, float right, float bottom, float top) {
-    commands->add(GraphicCommandProjectionMatrix::fetch()->addOp(ProjectionOp::ProjOrtho2D, left, right, bottom, top));
+    commands->addFetched(
+        GraphicCommandProjectionMatrix::fetch()->addOp(ProjectionOp::ProjOrtho2D, left, right, bottom, top));
 }
 
 GraphicCommandModelViewMatrixGuard::GraphicCommandModelViewMatrixGuard(GraphicCommands* list)
     : GraphicCommandGuard(list) {
-    commands->add(GraphicCommandModelViewMatrix::fetch()->addOp(ModelViewOp::MvPush));
+    commands->addFetched(GraphicCommandModelViewMatrix::fetch()->addOp(ModelViewOp::MvPush));
     current = GraphicCommandModelViewMatrix::fetch();
 }
 
 GraphicCommandModelViewMatrixGuard::~GraphicCommandModelViewMatrixGuard() {
-    commands->add(GraphicCommandModelViewMatrix::fetch()->addOp(ModelViewOp::MvPop));
+    commands->addFetched(GraphicCommandModelViewMatrix::fetch()->addOp(ModelViewOp::MvPop));
     current->release();
 }
 
@@ -110,7 +113,7 @@ void GraphicCommandModelViewMatrixGuard::setRotate(float angle, float x, float y
 }
 
 void GraphicCommandModelViewMatrixGuard::recordCurrent_() {
-    commands->add(current);
+    commands->addFetched(current);
     current = GraphicCommandModelViewMatrix::fetch();
 }
 

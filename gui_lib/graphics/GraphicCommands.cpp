@@ -40,16 +40,17 @@ GraphicCommands::~GraphicCommands() = default;
 void GraphicCommands::clear() {
     commands.clear();
     parseCommands.clear();
+    commandsToPrepare_.clear();
 }
 
 // --- Quads, text, functions ---
 
 void GraphicCommands::drawBkg(vtxShaderBkgQuads const& quads, float const* colors) {
-    add(GraphicCommandDrawBkg::fetch()->set(quads, colors));
+    addFetched(GraphicCommandDrawBkg::fetch()->set(quads, colors));
 }
 
 void GraphicCommands::drawQuads(vtxShaderQuads const& quads, osg::Vec4f const& color, int sampler, int batch) {
-    add(GraphicCommandDrawQuads::fetch()->set(quads, color, sampler, batch));
+    addFetched(GraphicCommandDrawQuads::fetch()->set(quads, color, sampler, batch));
 }
 
 void GraphicCommands::drawText(qor::vector<vtxTextString*> const& strings, osg::Vec4f const* color, float scale) {
@@ -57,14 +58,14 @@ void GraphicCommands::drawText(qor::vector<vtxTextString*> const& strings, osg::
     GraphicCommandDrawText* const command = GraphicCommandDrawText::fetch()->set(color);
     for (vtxTextString const* string : strings)
         *command->addString(scale) = *string;
-    add(command);
+    addFetched(command);
 }
 
 void GraphicCommands::drawText(vtxTextString* string, osg::Vec4f const* color, float scale) {
     scale = resolveScale(scale);
     GraphicCommandDrawText* const command = GraphicCommandDrawText::fetch()->set(color);
     *command->addString(scale) = *string;
-    add(command);
+    addFetched(command);
 }
 
 void GraphicCommands::drawText(std::basic_string_view<wchar_t> text, std::shared_ptr<vtxFont> font,
@@ -87,17 +88,17 @@ void GraphicCommands::drawText(std::basic_string_view<wchar_t> text, std::shared
             break;
         text.remove_prefix(end + 1);
     }
-    add(command);
+    addFetched(command);
 }
 
 void GraphicCommands::drawFunc(std::function<void()> draw, osg::Vec2i const& size,
                                std::function<void(osg::Vec2i const&)> redraw) {
-    add(GraphicCommandDrawFunc::fetch()->set(std::move(draw), size, std::move(redraw)));
+    addFetched(GraphicCommandDrawFunc::fetch()->set(std::move(draw), size, std::move(redraw)));
 }
 
 void GraphicCommands::drawToTarget(std::shared_ptr<vtxFrameBuffer> target, osg::Vec2i const& size,
                                    qor::vector<GraphicCommand*> const& inner) {
-    add(GraphicCommandDrawToTarget::fetch()->set(std::move(target), size, inner));
+    addFetched(GraphicCommandDrawToTarget::fetch()->set(std::move(target), size, inner));
 }
 
 void GraphicCommands::parse(std::function<void()> function) {
@@ -107,31 +108,31 @@ void GraphicCommands::parse(std::function<void()> function) {
 // --- State ---
 
 void GraphicCommands::pushClipRect(osg::RectImpl<osg::Vec2i> const& rect) {
-    add(GraphicCommandPushClipRect::fetch()->set(rect));
+    addFetched(GraphicCommandPushClipRect::fetch()->set(rect));
 }
 
-void GraphicCommands::popClipRect() { add(GraphicCommandPopClipRect::fetch()); }
+void GraphicCommands::popClipRect() { addFetched(GraphicCommandPopClipRect::fetch()); }
 
 void GraphicCommands::pushViewport(osg::RectImpl<osg::Vec2i> const& rect) {
-    add(GraphicCommandPushViewport::fetch()->set(rect));
+    addFetched(GraphicCommandPushViewport::fetch()->set(rect));
 }
 
-void GraphicCommands::popViewport() { add(GraphicCommandPopViewport::fetch()); }
+void GraphicCommands::popViewport() { addFetched(GraphicCommandPopViewport::fetch()); }
 
 void GraphicCommands::setModelViewMatrix(osg::Matrixf const& matrix) {
-    add(GraphicCommandSetModelViewMatrix::fetch()->set(matrix));
+    addFetched(GraphicCommandSetModelViewMatrix::fetch()->set(matrix));
 }
 
 void GraphicCommands::preMultModelViewMatrix(osg::Matrixf const& matrix) {
-    add(GraphicCommandPreMultModelViewMatrix::fetch()->set(matrix));
+    addFetched(GraphicCommandPreMultModelViewMatrix::fetch()->set(matrix));
 }
 
 void GraphicCommands::setProjectionMatrix(osg::Matrixf const&) {}
 
-void GraphicCommands::setOpacity(float opacity) { add(GraphicCommandSetOpacity::fetch()->set(opacity)); }
+void GraphicCommands::setOpacity(float opacity) { addFetched(GraphicCommandSetOpacity::fetch()->set(opacity)); }
 
 void GraphicCommands::shiftPosition(float x, float y, float scale) {
-    add(GraphicCommandShiftPosition::fetch()->set(x, y, resolveScale(scale)));
+    addFetched(GraphicCommandShiftPosition::fetch()->set(x, y, resolveScale(scale)));
 }
 
 }  // namespace gui

@@ -36,11 +36,23 @@ public:
     GraphicCommands(GraphicCommands const&) = delete;
     GraphicCommands& operator=(GraphicCommands const&) = delete;
 
-    void add(GraphicCommand* command) { qor::append(commands, command); }
+    void add(GraphicCommand* command) {
+        qor::append(commands, command);
+        qor::append(commandsToPrepare_, command);
+    }
+    /// The same for a command that was fetched as one of this very class.
+    template <typename Command>
+    void addFetched(Command* command) {
+        qor::append(commands, command);
+        if constexpr (Command::preparesSomething())
+            qor::append(commandsToPrepare_, command);
+    }
     /// Empties both lists and releases nothing.
     void clear();
     qor::vector<GraphicCommand*> const& getCommands() const { return commands; }
     qor::vector<GraphicCommandParse*> const& getParseCommands() const { return parseCommands; }
+    /// Those of the commands whose `doRedraw` may do something, in their order.
+    qor::vector<GraphicCommand*> const& getCommandsToPrepare() const { return commandsToPrepare_; }
 
     // --- Quads, text, functions ---
     /// `colors` are nine RGBA colours, whatever the number of quads.
@@ -81,6 +93,7 @@ public:
 private:
     qor::vector<GraphicCommand*> commands;
     qor::vector<GraphicCommandParse*> parseCommands;
+    qor::vector<GraphicCommand*> commandsToPrepare_;
 };
 
 }  // namespace gui

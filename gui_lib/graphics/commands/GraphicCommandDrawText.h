@@ -22,7 +22,7 @@ public:
     /// Appends a pooled string, to be filled by the caller, drawn at `scale` (above 0).
     vtxTextString* addString(float scale) {
         vtxTextString* const string = takeString_();
-        entries.push_back(Entry{string, scale});
+        qor::append(entries, Entry{string, scale});
         return string;
     }
     void draw() override;

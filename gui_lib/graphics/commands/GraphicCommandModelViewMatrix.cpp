@@ -3,14 +3,11 @@
 #include <osg/Matrixf>
 
 #include "platform/vtx/vtxRenderer.h"
+#include "platform/vtx/vtxTranslation.h"
 
 namespace gui {
 
 namespace {
-
-void translate(osg::Matrixf& matrix, float const* values, float scale) {
-    matrix.postMult(osg::Matrixf::translate(values[0] * scale, values[1] * scale, values[2] * scale));
-}
 
 void rotate(osg::Matrixf& matrix, float const* values) {
     matrix.postMult(osg::Matrixf::rotate(values[3], values[0], values[1], values[2]));
@@ -19,9 +16,20 @@ void rotate(osg::Matrixf& matrix, float const* values) {
 }  // namespace
 
 void GraphicCommandModelViewMatrix::draw() {
-    vtxRenderer* const renderer = vtxRenderer::get();
-    float const scale = renderer->getScale();
-    osg::Matrixf matrix = renderer->getModelViewMatrix();
+    vtxRenderer& renderer = *vtxRenderer::get();
+    // A step on the stack mostly stands alone, and then needs no matrix.
+    unsigned const onlyStep = ops.size() == 1 ? ops.front().type : 0;
+    if (onlyStep == ModelViewOp::MvPush)
+        renderer.pushModelViewMatrix();
+    else if (onlyStep == ModelViewOp::MvPop)
+        renderer.popModelViewMatrix();
+    else
+        compose_(renderer);
+}
+
+void GraphicCommandModelViewMatrix::compose_(vtxRenderer& renderer) const {
+    float const scale = renderer.getScale();
+    osg::Matrixf matrix = renderer.getModelViewMatrix();
     for (ModelViewOp const& op : ops) {
         switch (op.type) {
             case ModelViewOp::MvSetIdentity:
@@ -30,24 +38,25 @@ void GraphicCommandModelViewMatrix::draw() {
                 break;
             case ModelViewOp::MvSetTranslate:
             case ModelViewOp::MvMakeTranslate:
-                translate(matrix, op.values, scale);
+                vtxTranslation::postMultTranslate(matrix, op.values[0] * scale, op.values[1] * scale,
+                                                  op.values[2] * scale);
                 break;
             case ModelViewOp::MvSetRotate:
             case ModelViewOp::MvMakeRotate:
                 rotate(matrix, op.values);
                 break;
             case ModelViewOp::MvPush:
-                renderer->pushModelViewMatrix();
+                renderer.pushModelViewMatrix();
                 break;
             case ModelViewOp::MvPop:
-                renderer->popModelViewMatrix();
+                renderer.popModelViewMatrix();
                 break;
             default:
                 break;
         }
         if (op.type == ModelViewOp::MvSetIdentity || op.type == ModelViewOp::MvSetTranslate ||
             op.type == ModelViewOp::MvSetRotate)
-            renderer->setModelViewMatrix(matrix);
+            renderer.setModelViewMatrix(matrix);
     }
 }
 

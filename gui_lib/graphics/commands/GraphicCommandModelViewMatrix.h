@@ -3,6 +3,8 @@
 #include "gui_lib/graphics/GraphicCommand.h"
 #include "platform/qor/SmallVector.h"
 
+class vtxRenderer;
+
 namespace gui {
 
 /// One step on the model-view matrix or its stack. Steps are composed after what the matrix holds; those named Set also
@@ -28,13 +30,15 @@ class VORLEX_API GraphicCommandModelViewMatrix : public SimpleGraphicCommand<Gra
 public:
     GraphicCommandModelViewMatrix* addOp(unsigned type, float x = 0.0f, float y = 0.0f, float z = 0.0f,
                                          float w = 0.0f) {
-        ops.push_back(ModelViewOp{type, {x, y, z, w}});
+        qor::append(ops, ModelViewOp{type, {x, y, z, w}});
         return this;
     }
     void draw() override;
     void release() override;
 
 private:
+    void compose_(vtxRenderer& renderer) const;
+
     /// Room for turning about a pivot; one that is used for more keeps what it allocates.
     qor::small_vector<ModelViewOp, 4> ops;
 };
