@@ -29,22 +29,26 @@ bool clippingIsOn() {
     return !gui || gui->getClippingEnabled();
 }
 
-/// The clip of a widget that begins at `corner` of the target or of the surface.
-osg::RectImpl<osg::Vec2i> getClipRectAt(osg::Vec2i corner, osg::Vec2i const& size) {
-    osg::Vec2f scale(1.0f, 1.0f);
-    if (GUI const* const gui = GUI::get()) {
-        // A target begins at its own corner, not at the screen's.
-        if (!gui->getTargetWidget())
-            corner = saturatingAdd(corner, gui->getScreenPosition());
-        scale = gui->getOffscreenScaleFactor();
-    }
-    if (scale == osg::Vec2f(1.0f, 1.0f))
-        return osg::RectImpl<osg::Vec2i>(corner, saturatingAdd(corner, size));
-    double const x = corner.x();
-    double const y = corner.y();
+osg::RectImpl<osg::Vec2i> scaleRect(osg::RectImpl<osg::Vec2i> const& rect, osg::Vec2i const& size,
+                                    osg::Vec2f const& scale) {
+    double const x = rect.x1;
+    double const y = rect.y1;
     return osg::RectImpl<osg::Vec2i>(qor::truncateToInt(x * scale.x()), qor::truncateToInt(y * scale.y()),
                                      qor::truncateToInt((x + size.x()) * scale.x()),
                                      qor::truncateToInt((y + size.y()) * scale.y()));
+}
+
+/// The clip of a widget that begins at `corner` of the target or of the surface.
+inline osg::RectImpl<osg::Vec2i> getClipRectAt(osg::Vec2i const& corner, osg::Vec2i const& size) {
+    GUI const* const gui = GUI::get();
+    // A target begins at its own corner, not at the screen's.
+    bool const onScreen = gui && !gui->getTargetWidget();
+    osg::Vec2i const screen = onScreen ? gui->getScreenPosition() : osg::Vec2i(0, 0);
+    int const x = saturatingAdd(corner.x(), screen.x());
+    int const y = saturatingAdd(corner.y(), screen.y());
+    osg::RectImpl<osg::Vec2i> const rect(x, y, saturatingAdd(x, size.x()), saturatingAdd(y, size.y()));
+    osg::Vec2f const scale = gui ? gui->getOffscreenScaleFactor() : osg::Vec2f(1.0f, 1.0f);
+    return scale == osg::Vec2f(1.0f, 1.0f) ? rect : scaleRect(rect, size, scale);
 }
 
 std::shared_ptr<std::function<void()>> shareUnlessEmpty(std::function<void()> callback) {

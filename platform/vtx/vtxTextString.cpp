@@ -102,7 +102,7 @@ void vtxTextString::draw(vtxShader* shader, osg::Vec4f const& glyphColor, float 
         drawBatches_(*shader, *colors[layer], begin, layerEnds_[layer]);
 }
 
-void vtxTextString::drawBatches_(vtxShader& shader, osg::Vec4f const& layerColor, int begin, int end) const {
+inline void vtxTextString::drawBatches_(vtxShader& shader, osg::Vec4f const& layerColor, int begin, int end) const {
     if (begin == end || !isSeen(layerColor))
         return;
     shader.setColor(layerColor);
