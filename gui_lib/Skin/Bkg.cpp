@@ -1,6 +1,7 @@
 #include "gui_lib/Skin/Bkg.h"
 
 #include <algorithm>
+#include <array>
 #include <cfloat>
 
 #include "gui_lib/Skin/LookEpoch.h"
@@ -28,11 +29,16 @@ unsigned packColor(osg::Vec4f const& color) {
     return word;
 }
 
+constexpr auto unpackedBytes = [] {
+    std::array<float, 256> values{};
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = static_cast<float>(i) / 255.0f;
+    return values;
+}();
+
 osg::Vec4f unpackColor(unsigned word) {
-    osg::Vec4f color;
-    for (int i = 0; i < 4; ++i)
-        color[i] = static_cast<float>((word >> (8 * i)) & 0xFF) / 255.0f;
-    return color;
+    auto const get = [word](int i) { return unpackedBytes[(word >> (8 * i)) & 0xFF]; };
+    return osg::Vec4f(get(0), get(1), get(2), get(3));
 }
 
 void releaseTexture(vtxTexture* texture) {

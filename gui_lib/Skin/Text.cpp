@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <functional>
 #include <limits>
+#include <tuple>
 
 #include "gui_lib/Skin/LookEpoch.h"
 #include "gui_lib/base/SaturatingMath.h"
@@ -78,6 +79,19 @@ private:
     qor::basic_string<wchar_t> buffer_;
 };
 
+bool isSeen(osg::Vec4f const& color) { return color.a() > 0.0f; }
+
+/// Whether nothing but the values of colours differs, which strings take over as they are.
+bool differInColorsOnly(Text::Info const& one, Text::Info const& other) {
+    auto const getShape = [](Text::Info const& info) {
+        return std::tuple(info.fontSize, info.lineHeight, info.lineThroughHeight, info.lineThroughOffset, info.blur,
+                          isSeen(info.bkgColor), isSeen(info.shadowColor), isSeen(info.blurColor),
+                          isSeen(info.lineThroughColor));
+    };
+    return getShape(one) == getShape(other) && one.shadowOffset == other.shadowOffset && one.align == other.align &&
+           one.font == other.font;
+}
+
 }  // namespace
 
 Text::Text() = default;
@@ -97,8 +111,14 @@ void Text::change_(T& field, T const& value) {
 }
 
 void Text::set(Info const& newInfo) {
-    setFont(newInfo.font, newInfo.fontSize, newInfo.blur);
-    change_(info, newInfo);
+    if (differInColorsOnly(info, newInfo)) {
+        colorsChanged_ = true;
+        shared_ = nullptr;
+    } else {
+        setFont(newInfo.font, newInfo.fontSize, newInfo.blur);
+        inputChanged_ = true;
+    }
+    info = newInfo;
     textDirty = true;
 }
 
@@ -229,8 +249,11 @@ void Text::redraw(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size
     FontEpoch const epoch = FontEpoch::now();
     bool const fontKnown = isFontKnown_(epoch);
     if (fontKnown && !inputChanged_ && laidOutSize_ == size && deletedInvisibleLines_ == deleteInvisibleLines &&
-        isLaidOutText_(text))
+        isLaidOutText_(text)) {
+        if (colorsChanged_)
+            styleTextStrings_(0);
         return;
+    }
     stringsDirty = true;
     if (!fontKnown)
         font_ = findFont(info);
@@ -239,7 +262,9 @@ void Text::redraw(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size
         return;
     }
     Widths const widths = divide_(text, size);
+    std::size_t const known = std::min(textStrings.size(), lines.size());
     updateTextStrings_(size, calcLineHeight_(*font_), deleteInvisibleLines);
+    styleTextStrings_(inputChanged_ || colorsChanged_ ? 0 : known);
     placeTextStrings_(size, widths);
     fontEpoch_ = epoch;
     laidOutSize_ = size;
@@ -288,6 +313,22 @@ void Text::destroyTextStrings_(std::size_t keep) {
     }
 }
 
+/// Gives strings all of the style but the font.
+void Text::styleTextStrings_(std::size_t first) {
+    for (std::size_t i = first; i < textStrings.size(); ++i) {
+        vtxTextString& string = *textStrings[i];
+        string.color = info.color;
+        string.bkgColor = info.bkgColor;
+        string.shadowColor = info.shadowColor;
+        string.blurColor = info.blurColor;
+        string.lineThroughColor = info.lineThroughColor;
+        string.lineThroughHeight = info.lineThroughHeight;
+        string.lineThroughOffset = info.lineThroughOffset;
+        string.shadowOffset = info.shadowOffset;
+    }
+    colorsChanged_ = false;
+}
+
 void Text::placeTextStrings_(osg::Vec2i const& size, Widths const& widths) {
     if (lines.empty())
         return;
@@ -306,14 +347,6 @@ void Text::placeTextStrings_(osg::Vec2i const& size, Widths const& widths) {
         string.text = lines[line];
         string.textLength = static_cast<int>(string.text.size());
         string.font = font_;
-        string.color = info.color;
-        string.bkgColor = info.bkgColor;
-        string.shadowColor = info.shadowColor;
-        string.blurColor = info.blurColor;
-        string.lineThroughColor = info.lineThroughColor;
-        string.lineThroughHeight = info.lineThroughHeight;
-        string.lineThroughOffset = info.lineThroughOffset;
-        string.shadowOffset = info.shadowOffset;
         // A wrapped line was measured word by word.
         int const width = wrapping ? font_->getTextWidth(string.text, rendererScale) : widths[line];
         int x0 = 0;

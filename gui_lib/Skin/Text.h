@@ -132,6 +132,7 @@ private:
     void noteText_(qor::basic_string<wchar_t> const& text);
     Widths divide_(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size);
     void updateTextStrings_(osg::Vec2i const& size, int lineHeight, bool deleteInvisibleLines);
+    void styleTextStrings_(std::size_t first);
     void placeTextStrings_(osg::Vec2i const& size, Widths const& widths);
     void destroyTextStrings_(std::size_t keep);
     void make_(GraphicCommands* commands, osg::Vec4f const* color) const;
@@ -147,8 +148,10 @@ private:
 
     // What the strings were laid out for, beside the fields above.
     bool deletedInvisibleLines_ = false;
-    /// A field above that lines or strings follow from has changed since.
+    /// A field above that lines, places or quads follow from has changed since.
     bool inputChanged_ = true;
+    /// Colours have changed since, but not which of them are seen.
+    bool colorsChanged_ = false;
     unsigned sharedEpoch_ = 0;
     /// What `info` is a copy of, in that epoch; null for nothing that is shared.
     Info const* shared_ = nullptr;
