@@ -1,6 +1,7 @@
 #include "gui_lib/Skin/Text.h"
 
 #include <cmath>
+#include <random>
 
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "platform/qor/Utf8.h"
@@ -235,6 +236,52 @@ TEST_F(TextDrawing, equalInputKeepsTheStrings) {
     info.color.set(1, 0, 0, 1);
     layOut();
     EXPECT_NE(quads([&] { text.draw(); }).find("color 1 0 0 1"), std::string::npos);
+}
+
+TEST_F(TextDrawing, aTextThatChangesBitByBitDrawsAsOneMadeNew) {
+    std::mt19937 random(7);
+    auto const pick = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    auto const pickColor = [&] { return osg::Vec4f(pick(3) * 0.5f, 1, 0, pick(3) * 0.5f); };
+    wchar_t const* const contents[] = {L"Words in a line", L"AV e\u0301\u0416 A\tV", L"two\nlines", L""};
+    qor::basic_string<wchar_t> content = contents[0];
+    osg::Vec2i size(100, 45);
+    bool wrapping = false;
+    Text kept;
+    auto const layOut = [&](Text& text) {
+        text.setWrapping(wrapping);
+        text.set(info);
+        text.redraw(content, size, false);
+        text.doRedraw();
+        return quads([&] { text.draw(); });
+    };
+    osg::Vec4f* const colors[] = {&info.color, &info.bkgColor, &info.shadowColor, &info.lineThroughColor};
+    for (int round = 0; round < 300; ++round) {
+        switch (pick(9)) {
+            case 0:
+                content = contents[pick(4)];
+                break;
+            case 1:
+                size.set(20 + pick(3) * 60, 45);
+                break;
+            case 2:
+                wrapping = !wrapping;
+                break;
+            case 3:
+                info.align = Align2(Align(Align::Type(pick(3)), pick(2)), Align(Align::Type(pick(3)), 0));
+                break;
+            case 4:
+                info.shadowOffset.set(pick(3), 1), info.lineThroughOffset = pick(3);
+                break;
+            case 5:
+                info.fontSize = 14 + pick(3);
+                break;
+            default:
+                *colors[pick(4)] = pickColor();
+                break;
+        }
+        Text fresh;
+        ASSERT_EQ(layOut(kept), layOut(fresh)) << "round " << round;
+    }
 }
 
 TEST_F(TextDrawing, aChangeOfScaleLaysTheTextOutAnew) {

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "gui_lib/controls/buttons/Button.h"
-#include "gui_lib/widget/RectIndex.h"
 #include "gui_lib/controls/scroll/ScrollPane.h"
 #include "gui_lib/controls/scroll/ScrollPaneBars.h"
 #include "gui_lib/controls/scroll/ScrollPaneView.h"
 #include "gui_lib/controls/scroll/ScrollPaneViewContainer.h"
 #include "gui_lib/frame/GUI.h"
+#include "gui_lib/widget/RectIndex.h"
 #include "gui_lib/windows/Window.h"
 #include "platform/vtx/vtxRenderer.h"
 #include "tests/support/HeapScope.h"
@@ -204,6 +204,37 @@ TEST_F(SomeWidgets, TheIndexOfPlacesAnswersAsAWalkWhateverChanges) {
             Vec2i const point = at->getPosition() + Vec2i(pick(3) * at->getSize().x() / 2, pick(4) * 10);
             ASSERT_EQ(hit(point), hitByWalk(point)) << "round " << round;
         }
+    }
+}
+
+TEST(WindowViewHits, ManyWidgetsAreFoundAsByAskingEach) {
+    support::TestHost host;
+    auto* const window = new gui::Window;
+    window->setPosition(Vec2i(30, 40));
+    window->setSize(Vec2i(600, 400));
+    window->setVisible(true);
+    std::mt19937 random(9);
+    auto const pick = [&](int count) { return int(random() % unsigned(count)); };
+    qor::vector<Widget*> widgets;
+    for (int i = 0; i < 200; ++i) {
+        widgets.push_back(i == 100 ? new Wide : new gui::Button);
+        widgets.back()->setPosition(Vec2i(pick(560), pick(360)));
+        widgets.back()->setSize(Vec2i(pick(60), pick(40)));
+        window->insertWidget(widgets.back(), -1);
+    }
+    host.settle();
+    auto* const view = window->getView();
+    for (bool const wide : {true, false}) {
+        for (int round = 0; round < 200; ++round) {
+            Vec2i const point = view->widgetToScreen(Vec2i(pick(640) - 20, pick(440) - 20));
+            // Asked again the places count as at rest.
+            for (int i = 0; i < 3; ++i)
+                ASSERT_EQ(view->getWidgetAtScreenPoint(point), view->gui::Container::getWidgetAtScreenPoint(point));
+            if (round % 20 == 0)
+                widgets[std::size_t(pick(100))]->setPosition(Vec2i(pick(560), pick(360)));
+        }
+        if (wide)
+            Widget::destroy(widgets[100]);
     }
 }
 

@@ -96,6 +96,36 @@ TEST(SkinDrawables, ExistOnlyWhileThereIsSomethingToSee) {
     EXPECT_EQ(clear->look().bkg, nullptr) << "all cells are transparent";
 }
 
+TEST(SkinDrawables, ALookThatIsWrittenShowsAtTheNextRedraw) {
+    TestHost host(skins());
+    auto* const box = new SkinBox("full");
+    box->place(0, 0, 60, 30);
+    box->setText(L"x");
+    gui::skin::Data& data = *box->look().getSkinData();
+    auto const released = gui::skin::InteractiveStateReleased;
+    gui::Bkg::Info bkg = *data.getBkg(released, 1);
+    gui::Text::Info text = *data.getText(released, 1);
+    std::string shown;
+    for (int round = 0; round < 3; ++round) {
+        // The second write goes to the entry that the first one made.
+        bkg.cellColors[gui::Bkg::CenterCenter].set(0.2f * float(round), 1, 0, 1);
+        text.color.set(1, 0.2f * float(round), 1, 1);
+        data.setBkg(&bkg, released, 1);
+        data.setText(&text, released, 1);
+        box->setDirty(gui::Widget::DirtySelf);
+        host.frame();
+        EXPECT_EQ(box->look().bkg->getColorsToDraw()[0], osg::Vec4f(0.2f * float(round), 1, 0, 1)) << round;
+        EXPECT_EQ(box->look().text->getColor(), text.color) << round;
+    }
+    // What others than the skin have set is set back.
+    box->look().bkg->setCellColors(qor::vector<osg::Vec4f>(9, osg::Vec4f(1, 1, 1, 1)));
+    box->look().text->setColor(osg::Vec4f(0, 0, 0, 1));
+    box->setDirty(gui::Widget::DirtySelf);
+    host.frame();
+    EXPECT_EQ(box->look().bkg->getColorsToDraw()[0], bkg.cellColors[gui::Bkg::CenterCenter]);
+    EXPECT_EQ(box->look().text->getColor(), text.color);
+}
+
 TEST(SkinDrawables, LinesAreBroughtUpToDateBeforeTheyAreGiven) {
     TestHost host(skins());
     auto* const box = new SkinBox("wrapped");
