@@ -244,7 +244,8 @@ TEST_F(TextDrawing, aTextThatChangesBitByBitDrawsAsOneMadeNew) {
     auto const pickColor = [&] { return osg::Vec4f(pick(3) * 0.5f, 1, 0, pick(3) * 0.5f); };
     wchar_t const* const contents[] = {L"Words in a line", L"AV e\u0301\u0416 A\tV", L"two\nlines", L""};
     qor::basic_string<wchar_t> content = contents[0];
-    osg::Vec2i size(100, 45);
+    // High enough for all lines: how many strings there are below a box depends on what was there before.
+    osg::Vec2i size(100, 900);
     bool wrapping = false;
     Text kept;
     auto const layOut = [&](Text& text) {
@@ -261,7 +262,7 @@ TEST_F(TextDrawing, aTextThatChangesBitByBitDrawsAsOneMadeNew) {
                 content = contents[pick(4)];
                 break;
             case 1:
-                size.set(20 + pick(3) * 60, 45);
+                size.set(20 + pick(3) * 60, 900);
                 break;
             case 2:
                 wrapping = !wrapping;

@@ -10,6 +10,7 @@
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/widget/RectIndex.h"
 #include "gui_lib/windows/Window.h"
+#include "gui_lib/windows/WindowView.h"
 #include "platform/vtx/vtxRenderer.h"
 #include "tests/support/HeapScope.h"
 #include "tests/support/WidgetZoo.h"
@@ -222,8 +223,8 @@ TEST(WindowViewHits, ManyWidgetsAreFoundAsByAskingEach) {
         widgets.back()->setSize(Vec2i(pick(60), pick(40)));
         window->insertWidget(widgets.back(), -1);
     }
-    host.settle();
-    auto* const view = window->getView();
+    host.frame();
+    gui::WindowView* const view = window->getView();
     for (bool const wide : {true, false}) {
         for (int round = 0; round < 200; ++round) {
             Vec2i const point = view->widgetToScreen(Vec2i(pick(640) - 20, pick(440) - 20));
