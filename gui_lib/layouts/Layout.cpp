@@ -103,7 +103,8 @@ bool Layout::answersLast_() {
     std::uint64_t const lasting = MeasurePass::getLastingStamp();
     if (fleetingStamp_ == MeasurePass::getStamp() || !MeasurePass::isKeeping())
         return false;
-    if (measureLasting_()) {
+    Container const* const owner = getLiveContainer_();
+    if (owner && owner->showsAllChildren_() && measureLasting_()) {
         lastingStamp_ = lasting;
         return true;
     }

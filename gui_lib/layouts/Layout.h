@@ -59,7 +59,8 @@ protected:
     virtual void updatePrefSizes_();
     /// True if the answers to size questions depend on settings alone and on sizes of children that `sizesLast_` tells
     /// to last: answers are then kept beyond the resize, until they change. The class may read what else it wants to
-    /// know of the children, which is good as long as `answersLast_` says so.
+    /// know of the children, which is good as long as `knowsLasting_` says so. The container lives and overrides
+    /// nothing of how it gives out its children.
     virtual bool measureLasting_();
 
     static bool sizesLast_(Container const& owner, Widget const& child);

@@ -106,9 +106,10 @@ osg::Vec2i LineLayout::calcMaxSize() const {
 
 bool LineLayout::measureLasting_() {
     Container const* const owner = getLiveContainer_();
-    if (!owner || !VirtualTable::of(*this).sharesAll(lineLayoutTable, &LineLayout::getMinSize, &LineLayout::getMaxSize,
-                                                     &LineLayout::getPrefSize, &LineLayout::calcMaxSize,
-                                                     &LineLayout::updatePrefSizes_))
+    if (!VirtualTable::of(*this).sharesAll(lineLayoutTable, &LineLayout::getMinSize, &LineLayout::getMaxSize,
+                                           &LineLayout::getPrefSize, &LineLayout::calcMaxSize,
+                                           &LineLayout::updatePrefSizes_, &LineLayout::setContainer,
+                                           &LineLayout::getContainer))
         return false;
     int const count = owner->getWidgetCount();
     for (int i = 0; i < count; ++i) {
@@ -117,11 +118,13 @@ bool LineLayout::measureLasting_() {
             return false;
     }
     knownChildren_.clear();
+    placesKnownPlainly_ = true;
     knownChildren_.reserve(static_cast<std::size_t>(count));
-    visitChildren(owner, [this](int, Widget const& child) {
+    visitChildren(owner, [this](int, Widget& child) {
         osg::Vec2i const wanted = child.getPrefSize();
         SizeLimits const limits{child.getMinSize(), child.getMaxSize()};
-        knownChildren_.push_back({&child, limits, child.calcMaxSize()[mainAxis_], wanted, isPlacedPlainly_(child)});
+        knownChildren_.push_back({&child, limits, child.calcMaxSize()[mainAxis_], wanted});
+        placesKnownPlainly_ = placesKnownPlainly_ && isPlacedPlainly_(child);
     });
     sharesHold_ = prefSizesHold_ = false;
     return true;
@@ -199,27 +202,49 @@ void LineLayout::placeStretched_(LayoutRun const& run) {
     int const count = static_cast<int>(prefSizes.size());
     int const gaps = saturatingMultiply(count - 1, gap);
     shareOut_(run, std::max(saturatingSubtract(run.getRoom()[mainAxis_], gaps), 0));
-    std::size_t living = 0;
     int begin = run.getOrigin()[mainAxis_];
-    for (int i = 0; i < count; ++i) {
+    int const placed = placeKnown_(run, begin);
+    if (placed < 0)
+        return;
+    std::size_t living = static_cast<std::size_t>(placed);
+    for (int i = placed; i < count; ++i) {
         Widget* const child = run.getChild(i);
         if (child && living < shares_.size()) {
             Box const box = makeBox_(run, i, begin, shares_[living++].size);
-            SizeLimits const* const limits = findLimits_(i, *child);
-            if (!(limits ? run.place(*child, *limits, box.size, box.position)
-                         : run.resizeAndMove(child, box.size, box.position)))
+            if (!run.resizeAndMove(child, box.size, box.position))
                 return;
         }
         begin = stepOver_(begin, run.getChild(i));
     }
 }
 
-SizeLimits const* LineLayout::findLimits_(int index, Widget const& child) const {
-    // The host's callbacks may have changed what was known.
-    if (!knowsLasting_() || index >= std::ssize(knownChildren_))
-        return nullptr;
-    KnownChild const& known = knownChildren_[static_cast<std::size_t>(index)];
-    return known.widget == &child && known.isPlacedPlainly ? &known.limits : nullptr;
+int LineLayout::placeKnown_(LayoutRun const& run, int& begin) {
+    if (!sharesHold_ || !placesKnownPlainly_ || !knowsLasting_())
+        return 0;
+    int const across = 1 - mainAxis_;
+    Align const& align = getAlign_(across);
+    std::uint64_t const stamp = MeasurePass::getStamp();
+    int const count = static_cast<int>(knownChildren_.size());
+    for (int i = 0; i < count; ++i) {
+        KnownChild const& known = knownChildren_[static_cast<std::size_t>(i)];
+        Widget& child = *known.widget;
+        int from = 0;
+        int to = 0;
+        align.calc(known.wanted[across], run.getRoom()[across], from, to);
+        Box box;
+        box.position[mainAxis_] = begin;
+        box.position[across] = saturatingAdd(run.getOrigin()[across], from);
+        box.size[mainAxis_] = shares_[static_cast<std::size_t>(i)].size;
+        box.size[across] = saturatingSubtract(to, from);
+        if (!run.place(child, known.limits, box.size, box.position))
+            return -1;
+        // Whatever the host's callbacks change, a death included, is told to `MeasurePass`.
+        bool const unchanged = stamp == MeasurePass::getStamp();
+        begin = stepOver_(begin, unchanged ? &child : run.getChild(i));
+        if (!unchanged)
+            return i + 1;
+    }
+    return count;
 }
 
 void LineLayout::shareOut_(LayoutRun const& run, int room) {

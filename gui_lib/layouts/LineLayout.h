@@ -55,12 +55,11 @@ private:
         osg::Vec2i size;
     };
     struct KnownChild {
-        Widget const* widget;
+        Widget* widget;
         SizeLimits limits;
         /// Along the line.
         int greatest;
         osg::Vec2i wanted;
-        bool isPlacedPlainly;
     };
 
     Align const& getAlign_(int axis) const { return axis == AxisHorz ? horzAlign : vertAlign; }
@@ -73,12 +72,14 @@ private:
     int stepOver_(int begin, Widget const* child) const;
     /// Into `shares_`, what each living child gets of `room`.
     void shareOut_(LayoutRun const& run, int room);
-    /// Of the child at `index`; null unless its limits are known and it is placed plainly.
-    SizeLimits const* findLimits_(int index, Widget const& child) const;
+    /// Places children that are known, from the first to the last or until the host has changed anything. Answers how
+    /// many; -1 where the walk ends.
+    int placeKnown_(LayoutRun const& run, int& begin);
 
     Axis mainAxis_;
     /// Of each child, once `measureLasting_` has read them.
     qor::vector<KnownChild> knownChildren_;
+    bool placesKnownPlainly_ = false;
     /// Of the last run: they hold on while the same is shared out among children that are known still.
     qor::vector<FairShareItem> shares_;
     int sharedRoom_ = 0;
