@@ -67,6 +67,8 @@ public:
         return (child.size == valid && child.position == position) || change_(child, valid, position);
     }
 
+    static osg::Vec2i const& getPlainSize(Widget const& child) { return child.size; }
+
 private:
     bool change_(Widget& child, osg::Vec2i const& validSize, osg::Vec2i const& position) const;
     bool goesOn_() const {

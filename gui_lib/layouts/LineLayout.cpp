@@ -240,9 +240,11 @@ int LineLayout::placeKnown_(LayoutRun const& run, int& begin) {
             return -1;
         // Whatever the host's callbacks change, a death included, is told to `MeasurePass`.
         bool const unchanged = stamp == MeasurePass::getStamp();
-        begin = stepOver_(begin, unchanged ? &child : run.getChild(i));
-        if (!unchanged)
+        if (!unchanged) {
+            begin = stepOver_(begin, run.getChild(i));
             return i + 1;
+        }
+        begin = saturatingAdd(begin, saturatingAdd(gap, run.getPlainSize(child)[mainAxis_]));
     }
     return count;
 }

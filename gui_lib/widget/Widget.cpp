@@ -260,9 +260,12 @@ void Widget::localize(LocalizationMap const& map) {
 
 // --- Geometry ---
 
-void Widget::onPlaceChanged_() const {
-    if (Widget* const up = getParentWidget_())
+void Widget::onPlaceChanged_() {
+    if (Widget* const up = WidgetHandler::get(parent))
         ++up->childPlaceChanges;
+    // What was measured with the place.
+    if (MeasurePass::hasFleeting())
+        forgetMeasures_();
 }
 
 void Widget::setPosition(osg::Vec2i const& newPosition) {
@@ -274,7 +277,6 @@ void Widget::onPositionChanged_(osg::Vec2i const& newPosition) {
     static int const type = getWidgetCallbackType(positionCallbackName);
     position = newPosition;
     onPlaceChanged_();
-    forgetMeasures_();
     callWidgetCallbacks_(type);
 }
 
@@ -291,7 +293,6 @@ void Widget::onSizeChanged_(osg::Vec2i const& newSize) {
     static int const type = getWidgetCallbackType(sizeCallbackName);
     size = newSize;
     onPlaceChanged_();
-    forgetMeasures_();
     if (skin)
         skin->setSizeChanged();
     setDirty(DirtySelf);
@@ -306,7 +307,7 @@ void Widget::updateSize() { updateSize_(); }
 void Widget::updateSize_() { onSizeChanged_(getSize()); }
 
 void Widget::forgetMeasures_() {
-    if (!MeasurePass::isOpen() || !MeasurePass::hasFleeting())
+    if (!MeasurePass::isOpen())
         return;
     Widget* top = this;
     for (Widget* up = this; up; up = up->getParentWidget_()) {
@@ -537,7 +538,9 @@ void Widget::setDirty(DirtyFlag) {
         return;
     WidgetWorkLists::get().enterDirty(*this);
     Widget* const up = WidgetHandler::get(parent);
-    if (up && !(MeasurePass::isOpen() && up->isSettled_()))
+    bool const settled =
+        up && MeasurePass::isOpen() && (up->settledStamp == MeasurePass::getStamp() || up->isSettled_());
+    if (up && !settled)
         up->onChildBecomeDirty_(this);
     dirty = true;
 }

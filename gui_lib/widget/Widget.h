@@ -334,7 +334,7 @@ private:
     osg::Vec2i addOrigin_(osg::Vec2i const& own, Widget const* target) const;
     osg::Vec2i climbToTarget_(osg::Vec2i const& own, Widget const* target) const;
     /// The own place in the parent is another.
-    void onPlaceChanged_() const;
+    void onPlaceChanged_();
     /// Whether minimum, maximum and preferred size come from the toolkit's own functions, and depend neither on place,
     /// size and state nor on pictures: they stay until `forgetSizes_`.
     bool sizesLast_() const;
