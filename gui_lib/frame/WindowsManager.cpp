@@ -287,9 +287,13 @@ void WindowsManager::raiseWindow(Window* window) {
 
 void WindowsManager::unfocusOthers_(Window* window) {
     WindowCopy const copy(windows.begin(), windows.end());
-    for (WindowBase* other : copy)
-        if (other != window && contains_(windows, other) && other->getFocused())
+    for (std::size_t i = 0; i < copy.size(); ++i) {
+        WindowBase* const other = copy[i];
+        // Callbacks of the focus may take windows away; most are where they were.
+        bool const stays = (i < windows.size() && windows[i] == other) || contains_(windows, other);
+        if (other != window && stays && other->getFocused())
             other->setFocused(false);
+    }
 }
 
 void WindowsManager::putOnTop_(WindowList& list, WindowBase* window) {
