@@ -244,6 +244,35 @@ TEST(Measures, WhateverChangesAnAnswerWithinAPassIsSeenAtOnce) {
     }
 }
 
+TEST(Measures, AnOverrideIsAskedInEveryResize) {
+    support::TestHost host(makeSkins());
+    auto* const box = new Box(Vec2i(100, 60));
+    auto* const inner = new gui::Panel;
+    auto* const label = new gui::Static;
+    auto* const own = new Block(Vec2i(10, 10));
+    box->insertWidget(inner, -1);
+    inner->insertWidget(label, -1);
+    inner->insertWidget(own, -1);
+    for (gui::Container* const container : {static_cast<gui::Container*>(box), static_cast<gui::Container*>(inner)}) {
+        auto* const row = new HorzLayout(0);
+        row->setHorzAlign({Align::Stretch, 0});
+        row->setVertAlign({Align::Stretch, 0});
+        container->setLayout(row->handler());
+    }
+    own->least = Vec2i(70, 0);
+    box->setSize(Vec2i(120, 60));
+    EXPECT_EQ(describeChildren(*inner), "0,0 50x60 | 50,0 70x60");
+    // It tells nobody.
+    own->least = Vec2i(80, 0);
+    box->setSize(Vec2i(130, 60));
+    EXPECT_EQ(describeChildren(*inner), "0,0 50x60 | 50,0 80x60");
+    inner->removeWidget(own);
+    Widget::destroy(own);
+    inner->insertWidget(new gui::Static, -1);
+    box->setSize(Vec2i(140, 60));
+    EXPECT_EQ(describeChildren(*inner), "0,0 70x60 | 70,0 70x60");
+}
+
 // --- Counts ---
 
 struct Counts {
