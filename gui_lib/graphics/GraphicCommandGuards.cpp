@@ -117,4 +117,20 @@ void GraphicCommandModelViewMatrixGuard::recordCurrent_() {
     current = GraphicCommandModelViewMatrix::fetch();
 }
 
+GraphicCommandPlaceGuard::GraphicCommandPlaceGuard(GraphicCommands* list, osg::Vec2i const& place,
+                                                   osg::RectImpl<osg::Vec2i> const* clip)
+    : GraphicCommandGuard(list), clipped(clip != nullptr) {
+    list->addFetched(GraphicCommandModelViewMatrix::fetch()->addOp(ModelViewOp::MvPush));
+    list->addFetched(GraphicCommandModelViewMatrix::fetch()->addOp(
+        ModelViewOp::MvSetTranslate, static_cast<float>(place.x()), static_cast<float>(place.y())));
+    if (clip)
+        list->addFetched(GraphicCommandPushClipRect::fetch()->set(*clip));
+}
+
+GraphicCommandPlaceGuard::~GraphicCommandPlaceGuard() {
+    if (clipped)
+        commands->addFetched(GraphicCommandPopClipRect::fetch());
+    commands->addFetched(GraphicCommandModelViewMatrix::fetch()->addOp(ModelViewOp::MvPop));
+}
+
 }  // namespace gui

@@ -97,4 +97,15 @@ private:
     GraphicCommandModelViewMatrix* current;
 };
 
+/// Records what a GraphicCommandModelViewMatrixGuard that translates to a place and a GraphicCommandClipRectGuard
+/// inside it do, for walks over many objects. GUI units; no clip with null.
+class VORLEX_API GraphicCommandPlaceGuard : GraphicCommandGuard {
+public:
+    GraphicCommandPlaceGuard(GraphicCommands* list, osg::Vec2i const& place, osg::RectImpl<osg::Vec2i> const* clip);
+    ~GraphicCommandPlaceGuard();
+
+private:
+    bool clipped;
+};
+
 }  // namespace gui

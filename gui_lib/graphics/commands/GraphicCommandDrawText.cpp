@@ -8,6 +8,8 @@ namespace gui {
 
 vtxTextString* GraphicCommandDrawText::makeString_() { return new vtxTextString; }
 
+void GraphicCommandDrawText::addFurtherEntry_(Entry const& entry) { entries.push_back(entry); }
+
 void GraphicCommandDrawText::draw() {
     vtxShader* const shader = vtxRenderer::get()->getShader();
     shader->turnOnDrawQuads();

@@ -22,7 +22,10 @@ public:
     /// Appends a pooled string, to be filled by the caller, drawn at `scale` (above 0).
     vtxTextString* addString(float scale) {
         vtxTextString* const string = takeString_();
-        qor::append(entries, Entry{string, scale});
+        if (entries.size() < entries.capacity()) [[likely]]
+            entries.push_back(Entry{string, scale});
+        else
+            addFurtherEntry_(Entry{string, scale});
         return string;
     }
     void draw() override;
@@ -32,6 +35,11 @@ public:
     static void destroyTextStrings();
 
 private:
+    struct Entry {
+        vtxTextString* string;
+        float scale;
+    };
+
     static vtxTextString* takeString_() {
         auto& pool = textStringPool_.value;
         if (pool.empty()) [[unlikely]]
@@ -41,11 +49,7 @@ private:
         return string;
     }
     static vtxTextString* makeString_();
-
-    struct Entry {
-        vtxTextString* string;
-        float scale;
-    };
+    void addFurtherEntry_(Entry const& entry);
 
     /// There before the program begins and never destroyed, as the pools of the commands.
     static inline constinit qor::Immortal<qor::vector<vtxTextString*>> textStringPool_{};

@@ -38,8 +38,8 @@ void GraphicCommandModelViewMatrix::compose_(vtxRenderer& renderer) const {
                 break;
             case ModelViewOp::MvSetTranslate:
             case ModelViewOp::MvMakeTranslate:
-                vtxTranslation::postMultTranslate(matrix, op.values[0] * scale, op.values[1] * scale,
-                                                  op.values[2] * scale);
+                vtxTranslation::postMultTranslate(matrix,
+                                                  {op.values[0] * scale, op.values[1] * scale, op.values[2] * scale});
                 break;
             case ModelViewOp::MvSetRotate:
             case ModelViewOp::MvMakeRotate:
@@ -60,9 +60,6 @@ void GraphicCommandModelViewMatrix::compose_(vtxRenderer& renderer) const {
     }
 }
 
-void GraphicCommandModelViewMatrix::release() {
-    SimpleGraphicCommand::release();
-    ops.clear();
-}
+void GraphicCommandModelViewMatrix::addFurtherOp_(ModelViewOp const& op) { ops.push_back(op); }
 
 }  // namespace gui

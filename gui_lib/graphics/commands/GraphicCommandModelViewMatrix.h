@@ -21,6 +21,8 @@ struct VORLEX_API ModelViewOp {
         MvPop = 8
     };
 
+    ModelViewOp(unsigned opType, float x, float y, float z, float w) : type(opType), values{x, y, z, w} {}
+
     unsigned type;
     /// x, y, z in GUI units and 0, or the axis and the angle in radians.
     float values[4];
@@ -30,13 +32,20 @@ class VORLEX_API GraphicCommandModelViewMatrix : public SimpleGraphicCommand<Gra
 public:
     GraphicCommandModelViewMatrix* addOp(unsigned type, float x = 0.0f, float y = 0.0f, float z = 0.0f,
                                          float w = 0.0f) {
-        qor::append(ops, ModelViewOp{type, {x, y, z, w}});
+        if (ops.size() < ops.capacity()) [[likely]]
+            ops.emplace_back(type, x, y, z, w);
+        else
+            addFurtherOp_(ModelViewOp(type, x, y, z, w));
         return this;
     }
     void draw() override;
-    void release() override;
+    void release() override {
+        SimpleGraphicCommand::release();
+        ops.clear();
+    }
 
 private:
+    void addFurtherOp_(ModelViewOp const& op);
     void compose_(vtxRenderer& renderer) const;
 
     /// Room for turning about a pivot; one that is used for more keeps what it allocates.
