@@ -25,6 +25,10 @@ endif()
 add_library(vorlex_options INTERFACE)
 target_compile_options(vorlex_options INTERFACE
     -Wall -Wextra -Werror "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=" "-ffile-prefix-map=${PROJECT_BINARY_DIR}/=")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Nobody replaces a function of the library by one of the same name, so calls inside it can be inlined.
+    target_compile_options(vorlex_options INTERFACE -fno-semantic-interposition)
+endif()
 target_include_directories(vorlex_options INTERFACE "${PROJECT_SOURCE_DIR}")
 
 if(VORLEX_SANITIZERS STREQUAL "address")

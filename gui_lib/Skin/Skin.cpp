@@ -402,9 +402,12 @@ void Skin::draw() {
 }
 
 unsigned Skin::learnOwnWays_(VirtualTable table) {
-    bool const drawsInOneGo = table.sharesAll(skinTable, &Skin::drawBkg_, &Skin::beginClipByInsets, &Skin::drawImage_,
-                                              &Skin::drawText_, &Skin::drawChildren_, &Skin::endClipByInsets);
-    bool const entersDrawing = table.sharesAll(skinTable, &Skin::draw_);
+    bool const drawsInOneGo =
+        table.sharesAll(skinTable, &Skin::drawBkg_, &Skin::beginClipByInsets, &Skin::drawImage_, &Skin::drawText_,
+                        &Skin::drawChildren_, &Skin::endClipByInsets) &&
+        table.sharesAll(skinTable, &Skin::makeBkg_, &Skin::makeBeginClipByInsets, &Skin::makeImage_, &Skin::makeText_,
+                        &Skin::makeChildren_, &Skin::makeEndClipByInsets);
+    bool const entersDrawing = table.sharesAll(skinTable, &Skin::draw_, &Skin::make_);
     return (drawsInOneGo ? DrawsInOneGo : 0U) | (entersDrawing ? EntersDrawing : 0U);
 }
 
@@ -467,7 +470,10 @@ void Skin::make(GraphicCommands* commands) {
         return;
     GraphicCommandOpacityGuard const opacity(commands, widget->getOpacity());
     if (!target) {
-        make_(commands);
+        if (ownWays_.getFlags(*this, learnOwnWays_) == (EntersDrawing | DrawsInOneGo))
+            makeInOneGo_(commands);
+        else
+            make_(commands);
         return;
     }
     ScratchGraphicCommands inner;
@@ -484,7 +490,25 @@ void Skin::make(GraphicCommands* commands) {
     }
 }
 
+void Skin::makeInOneGo_(GraphicCommands* commands) {
+    if (bkg)
+        bkg->make(commands);
+    if (isClippedByInsets_())
+        commands->pushClipRect(getInsetsClip_());
+    if (image)
+        image->make(commands);
+    if (text)
+        text->make(commands);
+    widget->makeChildren(commands);
+    if (isClippedByInsets_())
+        commands->popClipRect();
+}
+
 void Skin::make_(GraphicCommands* commands) {
+    if (widget && (ownWays_.getFlags(*this, learnOwnWays_) & DrawsInOneGo)) {
+        makeInOneGo_(commands);
+        return;
+    }
     makeBkg_(commands);
     makeBeginClipByInsets(commands);
     makeImage_(commands);

@@ -212,6 +212,8 @@ private:
     static unsigned learnOwnWays_(VirtualTable table);
     /// What the steps of `draw_` do together in a class that overrides none of them.
     void drawInOneGo_();
+    /// The same for `make_`.
+    void makeInOneGo_(GraphicCommands* commands);
 
     VirtualMemo ownWays_;
     /// Null unless the text has tabs.

@@ -42,9 +42,10 @@ unsigned Widget::learnOwnWays_(VirtualTable table) {
     unsigned ways = 0;
     if (table.sharesAll(widgetTable, &Widget::getTargetPosition_, &Widget::getPosition, &Widget::getSize,
                         &Widget::drawClipped_, &Widget::beginClip_, &Widget::endClip_, &Widget::getClipRect_,
-                        &Widget::draw_, &Widget::drawFocusRect_))
+                        &Widget::draw_, &Widget::drawFocusRect_, &Widget::makeClipped_, &Widget::makeBeginClip_,
+                        &Widget::makeEndClip_, &Widget::make_, &Widget::makeFocusRect_))
         ways |= DrawsInOneGo;
-    if (table.sharesAll(widgetTable, &Widget::getVisible, &Widget::drawModelView_))
+    if (table.sharesAll(widgetTable, &Widget::getVisible, &Widget::drawModelView_, &Widget::makeModelView_))
         ways |= EntersDrawing;
     if (table.sharesAll(widgetTable, &Widget::getVisible, &Widget::parse, &Widget::parse_))
         ways |= ParsesNothing;

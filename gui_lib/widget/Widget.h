@@ -330,6 +330,9 @@ private:
     /// What the steps from `drawModelView_` on do together in a class that overrides none of them.
     void drawInOneGo_();
     void drawSkins_();
+    /// The same for `makeModelView_`.
+    void makeInOneGo_(GraphicCommands* commands);
+    void makeSkins_(GraphicCommands* commands);
     /// `own` from the corner of `target`, or of the surface.
     osg::Vec2i addOrigin_(osg::Vec2i const& own, Widget const* target) const;
     osg::Vec2i climbToTarget_(osg::Vec2i const& own, Widget const* target) const;

@@ -258,11 +258,32 @@ void Widget::drawChildren() {}
 // --- Recording ---
 
 void Widget::make(GraphicCommands* commands) {
-    if (getVisible(false))
+    constexpr unsigned wholly = EntersDrawing | DrawsInOneGo;
+    if ((getOwnWays_() & wholly) == wholly) {
+        if (visible)
+            makeInOneGo_(commands);
+    } else if (getVisible(false)) {
         makeModelView_(commands);
+    }
+}
+
+void Widget::makeInOneGo_(GraphicCommands* commands) {
+    Widget const* const target = currentTarget();
+    osg::Vec2i const corner = this == target ? osg::Vec2i(0, 0) : addOrigin_(position, target);
+    OriginScope const origin(OriginScope::Target, handler, corner, target);
+    bool const clip = clippingIsOn();
+    osg::RectImpl<osg::Vec2i> const clipRect = clip ? getClipRectAt(corner, size) : osg::RectImpl<osg::Vec2i>();
+    GraphicCommandPlaceGuard const guard(commands, position, clip ? &clipRect : nullptr);
+    makeSkins_(commands);
+    if (skin)
+        skin->makeFocusRect(commands);
 }
 
 void Widget::makeModelView_(GraphicCommands* commands) {
+    if (getOwnWays_() & DrawsInOneGo) {
+        makeInOneGo_(commands);
+        return;
+    }
     OriginScope const origin(OriginScope::Target, handler, getTargetPosition_(), currentTarget());
     GraphicCommandModelViewMatrixGuard guard(commands);
     osg::Vec2i const place = getPosition();
@@ -284,7 +305,9 @@ void Widget::makeBeginClip_(GraphicCommands* commands) { commands->pushClipRect(
 
 void Widget::makeEndClip_(GraphicCommands* commands) { commands->popClipRect(); }
 
-void Widget::make_(GraphicCommands* commands) {
+void Widget::make_(GraphicCommands* commands) { makeSkins_(commands); }
+
+inline void Widget::makeSkins_(GraphicCommands* commands) {
     if (skin)
         skin->make(commands);
     if (debugSkin)
