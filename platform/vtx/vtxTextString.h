@@ -8,6 +8,7 @@
 #include <osg/Vec2i>
 #include <osg/Vec4f>
 
+#include <array>
 #include <memory>
 
 class vtxShader;
@@ -57,7 +58,7 @@ private:
     void addBar_(float y, float width, float height) const;
 
     // What drawing builds again when the scale has changed; all of it follows from the fields above.
-    mutable int layerEnds_[LayerCount] = {};  ///< batches up to the end of each layer
+    mutable std::array<int, LayerCount> layerEnds_ = {};  ///< batches up to the end of each layer
     mutable float builtScale_ = 0.0f;         ///< 0: never built
     mutable unsigned builtGeneration_ = 0;
     mutable std::shared_ptr<void const> glyphs_[2];  ///< keep the sharp and the softened glyphs in their pages
