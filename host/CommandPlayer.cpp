@@ -16,7 +16,9 @@ void CommandPlayer::parse(gui::GraphicCommands const& list) {
         command->draw();
 }
 
-void CommandPlayer::doRedraw(gui::GraphicCommands const& list) { gui::GraphicCommand::doRedrawAll(list.getCommandsToPrepare()); }
+void CommandPlayer::doRedraw(gui::GraphicCommands const& list) {
+    gui::GraphicCommand::doRedrawAll(list.getCommandsToPrepare());
+}
 
 void CommandPlayer::draw(gui::GraphicCommands const& list) { gui::GraphicCommand::drawAll(list.getCommands()); }
 

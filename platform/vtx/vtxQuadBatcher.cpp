@@ -197,18 +197,29 @@ std::uint32_t vtxQuadBatcher::findViewNumber_() {
 }
 
 void vtxQuadBatcher::beginFrame() {
+    mostPasses_ = std::max(mostPasses_, framePasses_);
+    framePasses_ = 0;
+    startOver_();
+}
+
+void vtxQuadBatcher::beginPass() {
+    // Where nobody begins frames, passes that are more than frames had until now, or that together hold far more, are
+    // taken for others.
+    constexpr std::size_t least = 1 << 16;
+    ++framePasses_;
+    if (passes_ == mostPasses_ || instances_.size() > std::max(2 * lastFrameSize_, least))
+        startOver_();
+    ++passes_;
+}
+
+void vtxQuadBatcher::startOver_() {
+    passes_ = 0;
     lastFrameSize_ = instances_.size();
     instances_.restart();
     blocks_.restart();
     runStart_ = 0;
     searched_ = false;
     lastFrameOwner_ = newestOwner_;
-}
-
-void vtxQuadBatcher::limitFrame() {
-    constexpr std::size_t least = 1 << 16;
-    if (instances_.size() > std::max(2 * lastFrameSize_, least))
-        beginFrame();
 }
 
 // --- Textures ---

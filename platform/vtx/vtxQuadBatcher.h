@@ -59,8 +59,8 @@ public:
     void flush();
     /// What comes is compared with what was drawn since the last call. Between frames, with nothing queued.
     void beginFrame();
-    /// Begins a frame where nobody has for long, so that what is kept has an end.
-    void limitFrame();
+    /// A pass was opened.
+    void beginPass();
 
     unsigned getRunCount() const { return runs_; }
     unsigned getQuadCount() const { return quads_; }
@@ -120,6 +120,7 @@ private:
     /// Drops blocks of the frame before until one of this owner comes, if one does soon.
     void skipToOwner_(std::uint32_t owner);
     void dropBlocks_(std::size_t count);
+    void startOver_();
     /// The next block of the frame before as it stands, if that is this one and nothing has changed.
     bool keepBlock_(Block const& block);
     bool hasSameColors_(Block const& block, Kept const& kept);
@@ -173,6 +174,9 @@ private:
     bool odd_ = false;       ///< a quad of the block was refused, or is drawn otherwise than the others
     bool searched_ = false;  ///< the next block of the frame before was looked for and not found
     std::size_t lastFrameSize_ = 0;
+    unsigned passes_ = 0;               ///< since what comes is compared
+    unsigned framePasses_ = 0;          ///< since the frame began
+    unsigned mostPasses_ = 1;           ///< that a frame had
     std::uint32_t newestOwner_ = 0;     ///< greatest number of an owner that was drawn
     std::uint32_t lastFrameOwner_ = 0;  ///< the same when the frame began
     qor::vector<NumberedView> views_;

@@ -122,7 +122,7 @@ void vtxRendererCore::resetCounters() {
 void vtxRendererCore::enterDevice_() {
     if (deviceDepth_++)
         return;
-    batcher_.limitFrame();
+    batcher_.beginPass();
     device_->openPass();
     hostSize_ = device_->getHostSize();
     viewDirty_ = true;

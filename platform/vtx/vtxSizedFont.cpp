@@ -81,27 +81,29 @@ void vtxSizedFont::addGlyphs(Line const& line, vtxShaderQuads& quads, std::share
     vtxGlyphPages& pages = *store_->pages;
     vtxTexture const* page = nullptr;
     // Inline, since it is most of what the loops over the text do.
-    chain_.layOut(line.text, [&](vtxPlacedGlyph const& placed, char32_t plain) __attribute__((always_inline)) {
-        std::int64_t const step = floorToInt(toPixels(placed.x, stepsPerEm) + 0.5);
-        std::int64_t const x = step >> phaseBits;
-        vtxGlyphSet::Glyph const& glyph = glyphs->get(placed, plain, static_cast<int>(step - (x << phaseBits)), pages);
-        if (!glyph.page)
-            return;
-        if (glyph.page != page) {
-            if (page)
-                quads.endBatch();
-            page = glyph.page;
-            quads.beginBatch(page, static_cast<int>(line.text.size()));
-        }
-        // Only marks leave the baseline.
-        double const y = placed.y == 0 ? 0.0 : static_cast<double>(floorToInt(toPixels(placed.y, size) + 0.5));
-        vtxShaderQuads::Quad quad = glyph.quad;
-        quad.x = static_cast<float>(pen.x() + (static_cast<double>(x) + quad.x) * pixel);
-        quad.y = static_cast<float>(pen.y() + (y + quad.y) * pixel);
-        quad.w *= pixel;
-        quad.h *= pixel;
-        quads.addBatchQuad(quad);
-    });
+    chain_.layOut(
+        line.text, [&](vtxPlacedGlyph const& placed, char32_t plain) __attribute__((always_inline)) {
+            std::int64_t const step = floorToInt(toPixels(placed.x, stepsPerEm) + 0.5);
+            std::int64_t const x = step >> phaseBits;
+            vtxGlyphSet::Glyph const& glyph =
+                glyphs->get(placed, plain, static_cast<int>(step - (x << phaseBits)), pages);
+            if (!glyph.page)
+                return;
+            if (glyph.page != page) {
+                if (page)
+                    quads.endBatch();
+                page = glyph.page;
+                quads.beginBatch(page, static_cast<int>(line.text.size()));
+            }
+            // Only marks leave the baseline.
+            double const y = placed.y == 0 ? 0.0 : static_cast<double>(floorToInt(toPixels(placed.y, size) + 0.5));
+            vtxShaderQuads::Quad quad = glyph.quad;
+            quad.x = static_cast<float>(pen.x() + (static_cast<double>(x) + quad.x) * pixel);
+            quad.y = static_cast<float>(pen.y() + (y + quad.y) * pixel);
+            quad.w *= pixel;
+            quad.h *= pixel;
+            quads.addBatchQuad(quad);
+        });
     if (page)
         quads.endBatch();
 }

@@ -59,7 +59,7 @@ private:
 
     // What drawing builds again when the scale has changed; all of it follows from the fields above.
     mutable std::array<int, LayerCount> layerEnds_ = {};  ///< batches up to the end of each layer
-    mutable float builtScale_ = 0.0f;         ///< 0: never built
+    mutable float builtScale_ = 0.0f;                     ///< 0: never built
     mutable unsigned builtGeneration_ = 0;
     mutable std::shared_ptr<void const> glyphs_[2];  ///< keep the sharp and the softened glyphs in their pages
 };

@@ -31,9 +31,11 @@ void checkGlyphs(vtxFontChain const& chain, qor::vector<unsigned> const& glyphs,
         vtxGlyphPages pages(store);
         vtxGlyphSet set(chain, size, blur);
         for (unsigned const number : glyphs) {
-            vtxGlyphSet::Glyph const& glyph = set.get(0, number, int(number) % set.getPhaseCount(), pages);
-            check(!glyph.page || (glyph.uMin >= 0 && glyph.vMin >= 0 && glyph.uMax <= 1 && glyph.vMax <= 1 &&
-                                  glyph.width > 0 && glyph.height > 0),
+            int const phase = int(number) % set.getPhaseCount();
+            vtxGlyphSet::Glyph const& glyph = set.get(vtxPlacedGlyph{0, number, 0, 0}, 0, phase, pages);
+            vtxShaderQuads::Quad const& quad = glyph.quad;
+            check(!glyph.page || (quad.uMin >= 0 && quad.vMin >= 0 && quad.uMax <= 1 && quad.vMax <= 1 && quad.w > 0 &&
+                                  quad.h > 0),
                   "a glyph lies inside its page");
         }
         store.flushUploads(vtxTextureStore::Pages::Glyph);
@@ -56,7 +58,9 @@ void use(vtxFontCatalog& catalog, vtxFontFace& face) {
     for (std::wstring_view const text :
          {L"AVA To fi\x300x", L"\x634\x645\x633 \x915\x94D\x937", L"g", L"", L"\x1F600\xFFFD\x10FFFF\xD800\t"}) {
         vtxEm const width = chain.measure(text);
-        check(chain.layOut(text, glyphs) == width, "measuring is laying out without the glyphs");
+        glyphs.clear();
+        auto const collect = [&](vtxPlacedGlyph const& glyph, char32_t) { glyphs.push_back(glyph); };
+        check(chain.layOut(text, collect) == width, "measuring is laying out without the glyphs");
         check(chain.measure(text) == width, "a second measuring gives the same");
         for (vtxPlacedGlyph const& glyph : glyphs) {
             check(&chain.getFace(glyph.face) == &face, "there is only the one face");
