@@ -119,7 +119,8 @@ TEST(WindowResources, aFunctionThatFindsNoMemoryEndsAloneAndNotItsCaller) {
             end,
             onPosition = function(self)
                 if reached then self.text = tostring(answered) end
-                answered = true
+                local new = {true}
+                answered = new[1]
             end } )");
     ASSERT_TRUE(window) << host.takeErrorText();
     lua_State* const L = gui::GUI::get()->getLuaState();
