@@ -178,6 +178,14 @@ void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size
     kept.colorEach = block.colorEach;
 }
 
+void vtxQuadBatcher::noteLine_(std::size_t first) {
+    if (instances_.size() == first)
+        return;
+    Kept& kept = blocks_.append();
+    kept = Kept();
+    kept.instances = static_cast<std::uint32_t>(instances_.size() - first);
+}
+
 std::uint32_t vtxQuadBatcher::findViewNumber_() {
     constexpr std::size_t mostViews = 16;
     viewNumberKnown_ = true;
@@ -353,6 +361,8 @@ void vtxQuadBatcher::addLine(Line const& line) {
     double const whole = length + begin + (line.capEnd ? half : 0.0);
     double const x = line.x1 - nx * begin + ny * half;
     double const y = line.y1 - ny * begin - nx * half;
+    if (blocks_.getLeft() && blocks_.getNext()->owner == 0)
+        dropBlocks_(1);
     if (!(color_.a() > 0.0f) || view_.visible.isEmpty())
         return;
     if (!isFinite(x + y + whole + line.width)) {
@@ -360,6 +370,7 @@ void vtxQuadBatcher::addLine(Line const& line) {
         return;
     }
     binding_ = Binding{&noLayers_};
+    std::size_t const first = instances_.size();
     Coordinates const none{{0.0, 0.0}, {0.0, 0.0}};
     if (nx == 0.0 || ny == 0.0) {
         double const x2 = x + nx * whole - ny * line.width;
@@ -371,6 +382,7 @@ void vtxQuadBatcher::addLine(Line const& line) {
             addUpright_(position, size, none);
         else
             addStretched_(position, size, none);
+        noteLine_(first);
         return;
     }
     vtxQuadTransform const& t = transform_;
@@ -385,6 +397,7 @@ void vtxQuadBatcher::addLine(Line const& line) {
     turn(nx * whole, ny * whole, edgeU);
     turn(-ny * line.width, nx * line.width, edgeV);
     addTurned_(corner, edgeU, edgeV, none);
+    noteLine_(first);
 }
 
 void vtxQuadBatcher::makeSpace_() {

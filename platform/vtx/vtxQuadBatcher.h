@@ -126,6 +126,8 @@ private:
     bool hasSameColors_(Block const& block, Kept const& kept);
     /// `seen` is the number of quads that are not transparent.
     void noteBlock_(Block const& block, std::size_t first, std::size_t seen);
+    /// Every instance belongs to a block; that of a line is nobody's and is made anew each time.
+    void noteLine_(std::size_t first);
     /// The number under which the view in force is known, 0 if blocks cannot be kept in it.
     std::uint32_t getViewNumber_() { return viewNumberKnown_ ? viewNumber_ : findViewNumber_(); }
     std::uint32_t findViewNumber_();

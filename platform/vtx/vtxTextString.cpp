@@ -51,8 +51,8 @@ void vtxTextString::build_(float scale) const {
     builtGeneration_ = getGeneration();
     quads.reset();
     auto const endLayer = [this](Layer layer) { layerEnds_[layer] = static_cast<int>(quads.getBatches().size()); };
-    auto* const sized =
-        font && typeid(*font) == typeid(vtxSizedFont) ? static_cast<vtxSizedFont*>(font.get()) : nullptr;
+    vtxFont* const base = font.get();
+    auto* const sized = base && typeid(*base) == typeid(vtxSizedFont) ? static_cast<vtxSizedFont*>(base) : nullptr;
     osg::Vec2d const pen(position.x(), position.y());
     bool const hasBars = isSeen(bkgColor) || (lineThroughHeight > 0 && isSeen(lineThroughColor));
     auto const width = hasBars && font && !text.empty() ? static_cast<float>(font->getTextWidth(text, -1.0f)) : 0.0f;

@@ -21,6 +21,7 @@ struct Thing {
     float x = 0.0f, y = 0.0f, zoom = 1.0f, opacity = 1.0f;
     Rect clip{0, 0, 200, 100};
     int sampler = 0;
+    bool lined = false;
 };
 
 class Kept : public support::RendererTest {
@@ -46,7 +47,7 @@ protected:
     }
 
     void change(Thing& thing) {
-        switch (choose(8)) {
+        switch (choose(9)) {
             case 0:
                 return fillBkg(thing);
             case 1:
@@ -64,6 +65,9 @@ protected:
                 thing.opacity = choose(3) * 0.5f;
                 break;
             case 6:
+                thing.lined = !thing.lined;
+                break;
+            case 7:
                 thing.clip = choose(3) ? Rect(0, 0, 200, 100) : Rect(choose(90), choose(50), 150, 90);
                 break;
             default:
@@ -130,6 +134,8 @@ protected:
             if (anew)
                 text.redraw(-1.0f);
             (anew ? text : thing->text).draw(&shader(), -1.0f);
+            if (thing->lined)
+                core().prepareLines(Vec4f(1, 1, 0, 1)).addLine({1.0, 1.0, thing->x, 20.0, 1.0, true, true});
         }
     }
 
@@ -158,7 +164,7 @@ protected:
 };
 
 TEST_F(Kept, AreTheOnesThatWouldBeMadeAnewWhateverChanges) {
-    for (int round = 0; round < 3000; ++round) {
+    for (int round = 0; round < 600; ++round) {
         changeScene();
         if (choose(10))
             renderer_->getTextureManager()->flushReleased();
