@@ -26,6 +26,8 @@ public:
         start.skin = skin;
         start.size = {1440, 900};
         options.still = true;
+        // Whatever test came before.
+        host::addToolkitAssets();
         EXPECT_TRUE(application.start(start));
         gallery.emplace(application, options);
         watch.emplace(application, gallery->getPages(), true);
@@ -55,7 +57,6 @@ public:
 };
 
 TEST(GalleryReload, TheOtherSkinByKeyLooksAsIfTheGalleryHadBeenStartedWithIt) {
-    host::addToolkitAssets();
     std::string const dark = WatchedGallery("skins/dark.lua").trace();
     std::string const light = WatchedGallery("skins/light.lua").trace();
     ASSERT_NE(dark, light);
