@@ -109,7 +109,7 @@ void vtxQuadBatcher::dropBlocks_(std::size_t count) {
 bool vtxQuadBatcher::keepBlock_(Block const& block) {
     if (!block.key.content || !blocks_.getLeft())
         return false;
-    Kept const kept = *blocks_.getNext();
+    Kept const& kept = *blocks_.getNext();
     bool const unchanged = kept.content == block.key.content && kept.x == transform_.x && kept.y == transform_.y &&
                            kept.visible == view_.visible && kept.view == getViewNumber_() &&
                            kept.quads == block.count && kept.sampler == block.sampler &&

@@ -33,8 +33,9 @@ public:
     vtxQuadTransform const& getTransform() const { return transform_; }
     /// The transform as it is, to another place.
     void setTranslation(double x, double y);
-    /// Straight colour with the opacity in it.
+    /// Of lines: straight, with the opacity in it.
     void setColor(osg::Vec4f const& color) { color_ = color; }
+
     struct Block {
         vtxQuadKey key;
         vtxQuad const* quads;
