@@ -47,22 +47,20 @@ qor::string joinMatrix(osg::Matrixf const& matrix) {
 }  // namespace
 
 vtxTraceDevice::vtxTraceDevice(osg::Vec2i const& hostSize)
-    : log_(std::make_shared<vtxTraceLog>()), hostSize_(hostSize) {
-    objects_.emplace_back();
-}
+    : log_(std::make_shared<vtxTraceLog>()), hostSize_(hostSize) {}
 
 vtxTraceDevice::~vtxTraceDevice() = default;
 
 vtxDeviceHandle vtxTraceDevice::create_(Kind kind) {
     qor::AllowAllocations const allow;
-    objects_.emplace_back().kind = kind;
+    objects_[++lastHandle_].kind = kind;
     log_->liveObjects_ += kind != Kind::Effect;
-    return static_cast<vtxDeviceHandle>(objects_.size() - 1);
+    return lastHandle_;
 }
 
 vtxTraceDevice::Object* vtxTraceDevice::find_(vtxDeviceHandle handle, Kind kind, char const* operation) {
-    if (handle && handle < objects_.size() && objects_[handle].kind == kind)
-        return &objects_[handle];
+    if (auto const found = objects_.find(handle); found != objects_.end() && found->second.kind == kind)
+        return &found->second;
     char text[128];
     std::snprintf(text, sizeof(text), "device: %s with a dead or wrong handle %c%u", operation, static_cast<char>(kind),
                   handle);
@@ -75,7 +73,7 @@ void vtxTraceDevice::destroy_(vtxDeviceHandle handle, Kind kind) {
     if (!find_(handle, kind, "destroy"))
         return;
     log_->addLine_("destroy %c%u", static_cast<char>(kind), handle);
-    objects_[handle] = Object();
+    objects_.erase(handle);
     --log_->liveObjects_;
 }
 

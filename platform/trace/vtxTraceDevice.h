@@ -49,9 +49,9 @@ public:
     void reportMisuse(char const* text) override;
 
 private:
-    enum class Kind : char { None = '-', Texture = 'T', Target = 'R', Geometry = 'G', Effect = 'E' };
+    enum class Kind : char { Texture = 'T', Target = 'R', Geometry = 'G', Effect = 'E' };
     struct Object {
-        Kind kind = Kind::None;
+        Kind kind = Kind::Texture;
         vtxDeviceHandle texture = 0;     ///< of a target
         int layers = 0;                  ///< of a texture; 0: no array
         osg::Vec2i size{0, 0};           ///< of a texture
@@ -72,5 +72,6 @@ private:
     osg::Vec2i hostSize_;
     bool passOpen_ = false;
     vtxDeviceHandle boundTarget_ = 0;
-    qor::vector<Object> objects_;
+    vtxDeviceHandle lastHandle_ = 0;  ///< handles are never used again, so that a dead one is known
+    qor::hash_map<vtxDeviceHandle, Object> objects_;  ///< the living ones
 };
