@@ -53,17 +53,23 @@ void vtxQuadBatcher::setTranslation(double x, double y) {
 // --- Blocks ---
 
 void vtxQuadBatcher::addBlock(Block const& block) {
-    skipToOwner_(block.key.owner);
-    if (keepBlock_(block))
-        return;
-    if (blocks_.getLeft() && blocks_.getNext()->owner == block.key.owner)
+    if (!isNext_(block.key.owner)) [[unlikely]]
+        skipToOwner_(block.key.owner);
+    if (isNext_(block.key.owner)) {
+        searched_ = false;
+        if (keepBlock_(block))
+            return;
         dropBlocks_(1);
-    if (!setTexture_(block.texture, block.sampler) || view_.visible.isEmpty())
-        return;
+    }
+    if (setTexture_(block.texture, block.sampler) && !view_.visible.isEmpty())
+        makeBlock_(block);
+}
+
+void vtxQuadBatcher::makeBlock_(Block const& block) {
     makeSpace_();
     std::size_t const first = instances_.size();
     std::size_t seen = 0;
-    odd_ = false;
+    odd_ = fixed_ = false;
     for (int i = 0; i < block.count; ++i) {
         osg::Vec4f const& color = block.colors[block.colorEach ? i : 0];
         color_.set(color.r(), color.g(), color.b(), color.a() * block.opacity);
@@ -81,11 +87,9 @@ void vtxQuadBatcher::skipToOwner_(std::uint32_t owner) {
     // and with them those that follow.
     constexpr std::size_t farthest = 256;
     std::size_t const left = blocks_.getLeft();
-    if (!left || blocks_.getNext()->owner == owner) {
+    if (!left)
         searched_ = false;
-        return;
-    }
-    if (searched_ || !owner || owner > lastFrameOwner_)
+    if (!left || searched_ || !owner || owner > lastFrameOwner_)
         return;
     Kept const* const next = blocks_.getNext();
     std::size_t const most = std::min(left, farthest);
@@ -106,29 +110,57 @@ void vtxQuadBatcher::dropBlocks_(std::size_t count) {
     blocks_.drop(count);
 }
 
+std::uint64_t vtxQuadBatcher::getShape_(Block const& block) {
+    return std::uint64_t(static_cast<std::uint32_t>(block.count)) << 32 |
+           std::uint64_t(static_cast<std::uint32_t>(block.sampler)) << 1 | std::uint64_t(block.colorEach);
+}
+
 bool vtxQuadBatcher::keepBlock_(Block const& block) {
-    if (!block.key.content || !blocks_.getLeft())
+    Kept& kept = *blocks_.getNext();
+    bool const known = block.key.content && kept.content == block.key.content && kept.shape == getShape_(block) &&
+                       kept.view == getViewNumber_() && kept.pageChanges == store_.getPageChanges() &&
+                       !(isRunOpen_() && run_.state.scissorEnabled);
+    if (!known)
         return false;
-    Kept const& kept = *blocks_.getNext();
-    bool const unchanged = kept.content == block.key.content && kept.x == transform_.x && kept.y == transform_.y &&
-                           kept.visible == view_.visible && kept.view == getViewNumber_() &&
-                           kept.quads == block.count && kept.sampler == block.sampler &&
-                           kept.pageChanges == store_.getPageChanges();
-    if (!unchanged || !hasSameColors_(block, kept) || (isRunOpen_() && run_.state.scissorEnabled))
+    bool const glyphs = kept.place == vtxImagePlace::GlyphPage;
+    if (!kept.plain && store_.hasUploads(glyphs ? vtxTextureStore::Pages::Glyph : vtxTextureStore::Pages::Picture))
         return false;
-    if (!kept.plain) {
-        bool const glyphs = kept.place == vtxImagePlace::GlyphPage;
-        if (store_.hasUploads(glyphs ? vtxTextureStore::Pages::Glyph : vtxTextureStore::Pages::Picture))
-            return false;
-        if (!isRunOpen_())
-            openRun_(false);
-        markLayer(glyphs ? usedGlyphLayers_ : usedPictureLayers_, kept.layer);
-    } else if (!isRunOpen_()) {
+    bool const inPlace = kept.x == transform_.x && kept.y == transform_.y && kept.visible == view_.visible;
+    if ((!inPlace && !moveBlock_(block, kept)) || (!hasSameColors_(block, kept) && !colorBlock_(block, kept)))
+        return false;
+    if (!isRunOpen_())
         openRun_(false);
-    }
+    if (!kept.plain)
+        markLayer(glyphs ? usedGlyphLayers_ : usedPictureLayers_, kept.layer);
     instances_.keep(kept.instances);
     blocks_.keep(1);
     return true;
+}
+
+bool vtxQuadBatcher::moveBlock_(Block const& block, Kept& kept) {
+    if (!kept.movable)
+        return false;
+    makeSpace_();
+    space_.exact = kept.place == vtxImagePlace::GlyphPage;
+    vtxQuadInstance* instance = instances_.getNext();
+    for (vtxQuad const* quad = block.quads; quad != block.quads + block.count; ++quad, ++instance) {
+        vtxFloats const place = vtxPairs::load(&quad->x);
+        vtxPair const length = vtxPairs::nearest(vtxPair{instance->ux, instance->vy} * space_.viewScale);
+        vtxUprightQuad moved;
+        if (!moved.move(space_, vtxPairs::first(place), vtxPairs::last(place), length))
+            return false;
+        setCorner_(*instance, moved);
+    }
+    kept.x = transform_.x;
+    kept.y = transform_.y;
+    kept.visible = view_.visible;
+    return true;
+}
+
+void vtxQuadBatcher::setCorner_(vtxQuadInstance& instance, vtxUprightQuad const& quad) const {
+    vtxPair const corner = (quad.from - space_.viewOffset) / space_.viewScale;
+    instance.x = static_cast<float>(corner[0]);
+    instance.y = static_cast<float>(corner[1]);
 }
 
 bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept) {
@@ -139,8 +171,6 @@ bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept) {
         return instance->r == color.r() && instance->g == color.g() && instance->b == color.b() &&
                instance->a == color.a() * block.opacity;
     };
-    if (block.colorEach != kept.colorEach)
-        return false;
     if (!block.colorEach)
         return isSame(block.colors[0]);
     vtxQuadInstance const* const end = instance + kept.instances;
@@ -154,6 +184,20 @@ bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept) {
     return instance == end;
 }
 
+bool vtxQuadBatcher::colorBlock_(Block const& block, Kept const& kept) {
+    if (block.colorEach && kept.instances != static_cast<std::uint32_t>(block.count))
+        return false;
+    vtxQuadInstance* instance = instances_.getNext();
+    for (std::uint32_t i = 0; i < kept.instances; ++i, ++instance) {
+        osg::Vec4f const& color = block.colors[block.colorEach ? i : 0];
+        float const opacity = color.a() * block.opacity;
+        if (!(opacity > 0.0f))
+            return false;
+        vtxPairs::store(&instance->r, vtxFloats{color.r(), color.g(), color.b(), opacity});
+    }
+    return true;
+}
+
 void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size_t seen) {
     std::size_t const instances = instances_.size() - first;
     // Lone textures have their slots by run, and the colours of instances are compared one by one.
@@ -163,19 +207,18 @@ void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size
     newestOwner_ = std::max(newestOwner_, block.key.owner);
     Kept& kept = blocks_.append();
     kept.content = view ? block.key.content : 0;
+    kept.shape = getShape_(block);
     kept.owner = block.key.owner;
     kept.view = view;
     kept.x = transform_.x;
     kept.y = transform_.y;
     kept.visible = view_.visible;
     kept.pageChanges = store_.getPageChanges();
-    kept.quads = block.count;
     kept.instances = static_cast<std::uint32_t>(instances);
-    kept.sampler = static_cast<std::int16_t>(block.sampler);
     kept.layer = static_cast<std::int16_t>(binding_.layer);
     kept.place = binding_.place;
     kept.plain = binding_.plain;
-    kept.colorEach = block.colorEach;
+    kept.movable = instances == static_cast<std::size_t>(block.count) && !fixed_;
 }
 
 void vtxQuadBatcher::noteLine_(std::size_t first) {
@@ -426,6 +469,7 @@ void vtxQuadBatcher::addUpright_(vtxPair position, vtxPair size, Coordinates con
             reportBadNumber_();
         return;
     }
+    fixed_ = fixed_ || !quad.movable;
     vtxQuadInstance& instance = append_(Box{quad.from[0], quad.from[1], quad.to[0], quad.to[1]}, false);
     vtxPair const corner = (quad.from - space_.viewOffset) / space_.viewScale;
     vtxPair const edges = (quad.to - quad.from) / space_.viewScale;

@@ -17,7 +17,7 @@
 /// picture goes into a page that it shows, or at `flush`.
 /// The instances of a frame stay where they are, and so does what is known of each block of quads: what content it was,
 /// where and through what clip it was drawn. A block that comes again in its turn and has not changed costs a
-/// comparison; all others are made anew.
+/// comparison, one that moved by whole pixels or has other colours some more; all others are made anew.
 class vtxQuadBatcher {
 public:
     vtxQuadBatcher(vtxDevice& device, vtxTextureStore& store, vtxMisuseLog& misuse);
@@ -74,18 +74,17 @@ private:
     /// What is known of a block that was turned into instances.
     struct Kept {
         std::uint64_t content;
+        std::uint64_t shape;  ///< of the block: how many quads, how they are sampled and coloured
         std::uint32_t owner;
         std::uint32_t view;  ///< number of the view; 0 for a block that cannot be kept
         double x, y;
         osg::RectImpl<osg::Vec2i> visible;
         std::uint32_t pageChanges;
-        std::int32_t quads;
         std::uint32_t instances;
-        std::int16_t sampler;
         std::int16_t layer;
         vtxImagePlace place;
         bool plain;
-        bool colorEach;
+        bool movable;  ///< all of its quads are there and movable
     };
     /// What instances depend on besides content, place and clip. Only translations have a number.
     struct NumberedView {
@@ -118,13 +117,22 @@ private:
     };
 
     // --- Blocks of the frame before ---
+    /// Whether the next block of the frame before is of this owner.
+    bool isNext_(std::uint32_t owner) { return blocks_.getLeft() && blocks_.getNext()->owner == owner; }
     /// Drops blocks of the frame before until one of this owner comes, if one does soon.
     void skipToOwner_(std::uint32_t owner);
     void dropBlocks_(std::size_t count);
     void startOver_();
-    /// The next block of the frame before as it stands, if that is this one and nothing has changed.
+    /// The next block of the frame before, if that is this one: as it stands, moved or in other colours.
     bool keepBlock_(Block const& block);
+    static std::uint64_t getShape_(Block const& block);
+    /// Takes the next block to the place in force; false if it looks another there.
+    bool moveBlock_(Block const& block, Kept& kept);
     bool hasSameColors_(Block const& block, Kept const& kept);
+    /// Gives the next block other colours; false if quads were left out, or would be, as transparent.
+    bool colorBlock_(Block const& block, Kept const& kept);
+    void setCorner_(vtxQuadInstance& instance, vtxUprightQuad const& quad) const;
+    void makeBlock_(Block const& block);
     /// `seen` is the number of quads that are not transparent.
     void noteBlock_(Block const& block, std::size_t first, std::size_t seen);
     /// Every instance belongs to a block; that of a line is nobody's and is made anew each time.
@@ -175,6 +183,7 @@ private:
     std::size_t runStart_ = 0;  ///< first instance of the open run
     vtxGapBuffer<Kept> blocks_;
     bool odd_ = false;       ///< a quad of the block was refused, or is drawn otherwise than the others
+    bool fixed_ = false;     ///< a quad of the block cannot be moved
     bool searched_ = false;  ///< the next block of the frame before was looked for and not found
     std::size_t lastFrameSize_ = 0;
     unsigned passes_ = 0;               ///< since what comes is compared

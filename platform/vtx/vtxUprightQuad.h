@@ -22,12 +22,20 @@ struct vtxUprightQuad {
     vtxPair from, to;                                ///< target pixels
     vtxPair coordinateFrom, coordinateTo;            ///< of the layer
     vtxPair wholeCoordinateFrom, wholeCoordinateTo;  ///< the same before clipping
+    bool movable;                                    ///< seen wholly, at a length that does not hang on the place
 
     enum Result { Seen, Unseen, NotFinite };
     /// Position, size and coordinates as in vtxQuad.
     Result make(vtxUprightSpace const& space, vtxPair position, vtxPair size, vtxPair first, vtxPair last);
 
+    /// The ends of a quad that was movable and `length` long elsewhere; false if it has another length here or a clip
+    /// cuts it. GUI units and target pixels.
+    bool move(vtxUprightSpace const& space, vtxPair position, vtxPair size, vtxPair length);
+
 private:
+    void place_(vtxUprightSpace const& space, vtxPair position, vtxPair size);
+    void view_(vtxUprightSpace const& space);
+    bool isInside_(vtxUprightSpace const& space) const;
     void order_();
     void snap_(vtxUprightSpace const& space);
     bool clip_(vtxUprightSpace const& space);
@@ -46,16 +54,16 @@ inline constexpr double exactTolerance = 0.05;
 
 inline vtxUprightQuad::Result vtxUprightQuad::make(vtxUprightSpace const& space, vtxPair position, vtxPair size,
                                                    vtxPair first, vtxPair last) {
-    from = (position * space.scale + space.shift) * space.stretch + space.place;
-    to = from + size * space.scale * space.stretch;
+    place_(space, position, size);
     vtxPair const sum = from + to;
     if (!vtxPairs::all(sum - sum == vtxPairs::both(0.0)))
         return NotFinite;
-    from = from * space.viewScale + space.viewOffset;
-    to = to * space.viewScale + space.viewOffset;
+    view_(space);
     coordinateFrom = first * space.coordinateScale + space.coordinateOffset;
     coordinateTo = last * space.coordinateScale + space.coordinateOffset;
+    movable = space.snapped;
     if (!vtxPairs::all(from < to)) {
+        movable = false;
         order_();
         if (!vtxPairs::all(from < to))
             return Unseen;
@@ -64,9 +72,37 @@ inline vtxUprightQuad::Result vtxUprightQuad::make(vtxUprightSpace const& space,
         snap_(space);
     wholeCoordinateFrom = coordinateFrom;
     wholeCoordinateTo = coordinateTo;
-    if (vtxPairs::all(from >= space.visibleFrom) && vtxPairs::all(to <= space.visibleTo))
+    if (isInside_(space))
         return Seen;
+    movable = false;
     return clip_(space) ? Seen : Unseen;
+}
+
+inline bool vtxUprightQuad::move(vtxUprightSpace const& space, vtxPair position, vtxPair size, vtxPair length) {
+    using namespace vtxUprightQuads;
+    place_(space, position, size);
+    view_(space);
+    vtxPair const start = roundToPixel(from);
+    vtxPair const end = start + length;
+    bool const sameLength =
+        space.exact || vtxPairs::all(vtxPairs::max(roundToPixel(to), start + vtxPairs::both(1.0)) == end);
+    from = start;
+    to = end;
+    return sameLength && isInside_(space);
+}
+
+inline void vtxUprightQuad::place_(vtxUprightSpace const& space, vtxPair position, vtxPair size) {
+    from = (position * space.scale + space.shift) * space.stretch + space.place;
+    to = from + size * space.scale * space.stretch;
+}
+
+inline void vtxUprightQuad::view_(vtxUprightSpace const& space) {
+    from = from * space.viewScale + space.viewOffset;
+    to = to * space.viewScale + space.viewOffset;
+}
+
+inline bool vtxUprightQuad::isInside_(vtxUprightSpace const& space) const {
+    return vtxPairs::all(from >= space.visibleFrom) && vtxPairs::all(to <= space.visibleTo);
 }
 
 inline void vtxUprightQuad::order_() {
@@ -91,8 +127,10 @@ inline void vtxUprightQuad::snap_(vtxUprightSpace const& space) {
             vtxPair const whole = vtxPairs::nearest(span);
             vtxPair const rest = vtxPairs::abs(span - whole);
             vtxPair length = whole;
-            if (!vtxPairs::all(rest <= tolerance))
+            if (!vtxPairs::all(rest <= tolerance)) {
+                movable = false;
                 length = rest <= tolerance ? whole : roundToPixel(to) - start;
+            }
             length = vtxPairs::max(length, one);
             from = start;
             to = start + length;
@@ -100,6 +138,7 @@ inline void vtxUprightQuad::snap_(vtxUprightSpace const& space) {
             return;
         }
     }
+    movable = movable && !space.exact;
     if (space.glyphs)
         return;
     to = vtxPairs::max(roundToPixel(to), start + one);

@@ -34,7 +34,7 @@ protected:
         for (int i = choose(4); i >= 0; --i) {
             thing.colors[thing.bkg.count] = Vec4f(choose(3) * 0.5f, 1.0f, 0.5f, choose(4) * 0.25f);
             float const far = choose(8) ? 1.0f : 1.5f;  // beyond the picture
-            thing.bkg.addQuad({choose(9) * 3.0f, choose(9) * 2.5f, choose(9) * 4.0f, 8.0f, 0.0f, 0.0f, far, 1.0f});
+            thing.bkg.addQuad({choose(9) * 3.0f, choose(9) * 2.5f, choose(9) * 3.5f, 8.0f, 0.0f, 0.0f, far, 1.0f});
         }
     }
 
@@ -189,8 +189,12 @@ TEST_F(Kept, AreAllOfAnUnchangedFrameAndAllButTheChangedOnesOfAnother) {
     }
     EXPECT_EQ(countMade(), 100u);
     EXPECT_EQ(countMade(), 0u);
+    things_[30]->x += 1.5f;
+    EXPECT_EQ(countMade(), 0u) << "it was moved";
+    things_[30]->clip = Rect(34, 0, 200, 100);
+    EXPECT_EQ(countMade(), 1u) << "it was cut";
     things_[30]->x += 1.0f;
-    EXPECT_EQ(countMade(), 1u);
+    EXPECT_EQ(countMade(), 1u) << "what was cut is not moved";
     things_.erase(things_.begin() + 20);
     EXPECT_EQ(countMade(), 0u);
     auto& first = *things_.insert(things_.begin() + 10, std::make_unique<Thing>());
@@ -200,8 +204,11 @@ TEST_F(Kept, AreAllOfAnUnchangedFrameAndAllButTheChangedOnesOfAnother) {
     std::rotate(things_.begin(), things_.begin() + 5, things_.end());
     EXPECT_EQ(countMade(), 5u) << "those that were brought to the front";
     things_[7]->colors[0].a() = 0.5f;
-    EXPECT_EQ(countMade(), 1u);
+    EXPECT_EQ(countMade(), 0u) << "it was given its colour";
+    things_[7]->colors[0].a() = 0.0f;
     EXPECT_EQ(countMade(), 0u);
+    things_[7]->colors[0].a() = 1.0f;
+    EXPECT_EQ(countMade(), 1u) << "what was transparent comes back";
 }
 
 }  // namespace
