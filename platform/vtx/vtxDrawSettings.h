@@ -26,6 +26,7 @@ struct vtxDrawSettings {
     osg::Vec4f color{1.0f, 1.0f, 1.0f, 1.0f};
     osg::Vec4f colors[maxColors];
     int colorCount = 0;
+    bool colorsEqual = false;  ///< all are the first, and only that is set
     vtxTexture const* texture = nullptr;
     vtxGeometry* geometry = nullptr;
 };

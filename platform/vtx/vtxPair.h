@@ -8,6 +8,8 @@ using vtxPair = double __attribute__((vector_size(16)));
 using vtxPairMask = long long __attribute__((vector_size(16)));
 /// Two pairs as they lie in quads and instances.
 using vtxFloats = float __attribute__((vector_size(16)));
+/// Their bits.
+using vtxInts = int __attribute__((vector_size(16)));
 
 namespace vtxPairs {
 
@@ -28,6 +30,16 @@ inline vtxFloats load(float const* four) {
 }
 
 inline void store(float* four, vtxFloats floats) { std::memcpy(four, &floats, sizeof(floats)); }
+
+/// All bits are equal.
+inline bool isSame(vtxFloats a, vtxFloats b) {
+#ifdef __SSE2__
+    auto const same = reinterpret_cast<vtxInts>(a) == reinterpret_cast<vtxInts>(b);
+    return __builtin_ia32_movmskps(reinterpret_cast<vtxFloats>(same)) == 15;
+#else
+    return std::memcmp(&a, &b, sizeof(a)) == 0;
+#endif
+}
 
 inline vtxPair first(vtxFloats floats) { return vtxPair{floats[0], floats[1]}; }
 inline vtxPair last(vtxFloats floats) { return vtxPair{floats[2], floats[3]}; }

@@ -1,6 +1,7 @@
 #include "platform/vtx/vtxQuadBatcher.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -24,8 +25,20 @@ bool isSameState(vtxDrawState const& a, vtxDrawState const& b) {
            a.gamma == b.gamma && a.intensity == b.intensity;
 }
 
+bool isSame(vtxQuadBatcher::Shape const& a, vtxQuadBatcher::Shape const& b) {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
+
+bool isSame(osg::RectImpl<osg::Vec2i> const& a, osg::RectImpl<osg::Vec2i> const& b) {
+    vtxFloats bitsA, bitsB;
+    std::memcpy(&bitsA, &a, sizeof(bitsA));
+    std::memcpy(&bitsB, &b, sizeof(bitsB));
+    return vtxPairs::isSame(bitsA, bitsB);
+}
+
 void markLayer(std::uint64_t (&layers)[vtxTextureStore::maxLayers / 64], int layer) {
-    layers[layer / 64] |= std::uint64_t(1) << (layer % 64);
+    auto const bit = static_cast<unsigned>(layer);
+    layers[bit / 64] |= std::uint64_t(1) << (bit % 64);
 }
 
 }  // namespace
@@ -37,31 +50,31 @@ void vtxQuadBatcher::setView(vtxQuadView const& view) {
     if (isRunOpen_() && !isSameState(run_.state, view.state))
         flush();
     view_ = view;
-    viewNumberKnown_ = false;
+    viewNumber_ = unknownView;
 }
 
 void vtxQuadBatcher::setTransform(vtxQuadTransform const& transform) {
     transform_ = transform;
-    viewNumberKnown_ = false;
-}
-
-void vtxQuadBatcher::setTranslation(double x, double y) {
-    transform_.x = x;
-    transform_.y = y;
+    viewNumber_ = unknownView;
 }
 
 // --- Blocks ---
 
 void vtxQuadBatcher::addBlock(Block const& block) {
-    if (!isNext_(block.key.owner)) [[unlikely]]
+    Kept* kept = getNext_(block.key.owner);
+    if (!kept) [[unlikely]] {
         skipToOwner_(block.key.owner);
-    if (isNext_(block.key.owner)) {
+        kept = getNext_(block.key.owner);
+    }
+    if (kept) {
         searched_ = false;
-        if (keepBlock_(block))
+        if (updateBlock_(block, *kept)) {
+            keepBlock_(*kept);
             return;
+        }
         dropBlocks_(1);
     }
-    if (setTexture_(block.texture, block.sampler) && !view_.visible.isEmpty())
+    if (setTexture_(block.texture, block.shape.sampler) && !view_.visible.isEmpty())
         makeBlock_(block);
 }
 
@@ -70,8 +83,8 @@ void vtxQuadBatcher::makeBlock_(Block const& block) {
     std::size_t const first = instances_.size();
     std::size_t seen = 0;
     odd_ = fixed_ = false;
-    for (int i = 0; i < block.count; ++i) {
-        osg::Vec4f const& color = block.colors[block.colorEach ? i : 0];
+    for (int i = 0; i < block.shape.count; ++i) {
+        osg::Vec4f const& color = block.getColor(i);
         color_.set(color.r(), color.g(), color.b(), color.a() * block.opacity);
         if (!(color_.a() > 0.0f))
             continue;
@@ -110,40 +123,45 @@ void vtxQuadBatcher::dropBlocks_(std::size_t count) {
     blocks_.drop(count);
 }
 
-std::uint64_t vtxQuadBatcher::getShape_(Block const& block) {
-    return std::uint64_t(static_cast<std::uint32_t>(block.count)) << 32 |
-           std::uint64_t(static_cast<std::uint32_t>(block.sampler)) << 1 | std::uint64_t(block.colorEach);
+inline bool vtxQuadBatcher::updateBlock_(Block const& block, Kept& kept) {
+    if (!isKnown_(block, kept))
+        return false;
+    bool const inPlace = kept.x == transform_.x && kept.y == transform_.y && isSame(kept.visible, view_.visible);
+    return (inPlace || moveBlock_(block, kept)) && (hasSameColors_(block, kept) || colorBlock_(block, kept));
 }
 
-bool vtxQuadBatcher::keepBlock_(Block const& block) {
-    Kept& kept = *blocks_.getNext();
-    bool const known = block.key.content && kept.content == block.key.content && kept.shape == getShape_(block) &&
-                       kept.view == getViewNumber_() && kept.pageChanges == store_.getPageChanges() &&
-                       !(isRunOpen_() && run_.state.scissorEnabled);
-    if (!known)
+inline bool vtxQuadBatcher::isKnown_(Block const& block, Kept const& kept) {
+    if (!block.key.content || kept.content != block.key.content || !isSame(kept.shape, block.shape) ||
+        (kept.view != viewNumber_ && kept.view != getViewNumber_()) || kept.pageChanges != store_.getPageChanges() ||
+        run_.state.scissorEnabled)
         return false;
-    bool const glyphs = kept.place == vtxImagePlace::GlyphPage;
-    if (!kept.plain && store_.hasUploads(glyphs ? vtxTextureStore::Pages::Glyph : vtxTextureStore::Pages::Picture))
-        return false;
-    bool const inPlace = kept.x == transform_.x && kept.y == transform_.y && kept.visible == view_.visible;
-    if ((!inPlace && !moveBlock_(block, kept)) || (!hasSameColors_(block, kept) && !colorBlock_(block, kept)))
-        return false;
-    if (!isRunOpen_())
-        openRun_(false);
-    if (!kept.plain)
-        markLayer(glyphs ? usedGlyphLayers_ : usedPictureLayers_, kept.layer);
+    bool const glyphs = kept.page == vtxImagePlace::GlyphPage;
+    return kept.page == vtxImagePlace::Alone ||
+           !store_.hasUploads(glyphs ? vtxTextureStore::Pages::Glyph : vtxTextureStore::Pages::Picture);
+}
+
+inline void vtxQuadBatcher::keepBlock_(Kept const& kept) {
+    if (lastUsedLayers_[static_cast<std::size_t>(kept.page)] != kept.layer)
+        useLayer_(kept.page, kept.layer);
     instances_.keep(kept.instances);
     blocks_.keep(1);
-    return true;
+}
+
+void vtxQuadBatcher::useLayer_(vtxImagePlace page, std::int16_t layer) {
+    if (!isRunOpen_())
+        openRun_(false);
+    lastUsedLayers_[static_cast<std::size_t>(page)] = layer;
+    if (page != vtxImagePlace::Alone)
+        markLayer(page == vtxImagePlace::GlyphPage ? usedGlyphLayers_ : usedPictureLayers_, layer);
 }
 
 bool vtxQuadBatcher::moveBlock_(Block const& block, Kept& kept) {
     if (!kept.movable)
         return false;
     makeSpace_();
-    space_.exact = kept.place == vtxImagePlace::GlyphPage;
+    space_.exact = kept.page == vtxImagePlace::GlyphPage;
     vtxQuadInstance* instance = instances_.getNext();
-    for (vtxQuad const* quad = block.quads; quad != block.quads + block.count; ++quad, ++instance) {
+    for (vtxQuad const* quad = block.quads; quad != block.quads + block.shape.count; ++quad, ++instance) {
         vtxFloats const place = vtxPairs::load(&quad->x);
         vtxPair const length = vtxPairs::nearest(vtxPair{instance->ux, instance->vy} * space_.viewScale);
         vtxUprightQuad moved;
@@ -163,21 +181,22 @@ void vtxQuadBatcher::setCorner_(vtxQuadInstance& instance, vtxUprightQuad const&
     instance.y = static_cast<float>(corner[1]);
 }
 
-bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept) {
+inline bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept) {
+    if (block.shape.colorEach)
+        return hasSameColorEach_(block, kept);
+    vtxFloats const color = vtxPairs::load(block.colors[0].ptr()) * vtxFloats{1.0f, 1.0f, 1.0f, block.opacity};
+    return vtxPairs::isSame(vtxPairs::load(&instances_.getNext()->r), color);
+}
+
+bool vtxQuadBatcher::hasSameColorEach_(Block const& block, Kept const& kept) {
+    vtxFloats const opacity{1.0f, 1.0f, 1.0f, block.opacity};
     vtxQuadInstance const* instance = instances_.getNext();
-    auto const isSame = [&](osg::Vec4f const& color) {
-        if (block.opacity == 1.0f)
-            return std::memcmp(&instance->r, color.ptr(), sizeof(color)) == 0;
-        return instance->r == color.r() && instance->g == color.g() && instance->b == color.b() &&
-               instance->a == color.a() * block.opacity;
-    };
-    if (!block.colorEach)
-        return isSame(block.colors[0]);
     vtxQuadInstance const* const end = instance + kept.instances;
-    for (int i = 0; i < block.count; ++i) {
-        if (!(block.colors[i].a() * block.opacity > 0.0f))
+    for (int i = 0; i < block.shape.count; ++i) {
+        vtxFloats const color = vtxPairs::load(block.colors[i].ptr()) * opacity;
+        if (!(color[3] > 0.0f))
             continue;
-        if (instance == end || !isSame(block.colors[i]))
+        if (instance == end || !vtxPairs::isSame(vtxPairs::load(&instance->r), color))
             return false;
         ++instance;
     }
@@ -185,11 +204,11 @@ bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept) {
 }
 
 bool vtxQuadBatcher::colorBlock_(Block const& block, Kept const& kept) {
-    if (block.colorEach && kept.instances != static_cast<std::uint32_t>(block.count))
+    if (block.shape.colorEach && kept.instances != static_cast<std::uint32_t>(block.shape.count))
         return false;
     vtxQuadInstance* instance = instances_.getNext();
     for (std::uint32_t i = 0; i < kept.instances; ++i, ++instance) {
-        osg::Vec4f const& color = block.colors[block.colorEach ? i : 0];
+        osg::Vec4f const& color = block.getColor(static_cast<int>(i));
         float const opacity = color.a() * block.opacity;
         if (!(opacity > 0.0f))
             return false;
@@ -202,12 +221,12 @@ void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size
     std::size_t const instances = instances_.size() - first;
     // Lone textures have their slots by run, and the colours of instances are compared one by one.
     bool const paged = binding_.plain || binding_.place != vtxImagePlace::Alone;
-    bool const comparable = !block.colorEach || instances == seen;
+    bool const comparable = !block.shape.colorEach || instances == seen;
     std::uint32_t const view = paged && comparable && !odd_ ? getViewNumber_() : 0;
     newestOwner_ = std::max(newestOwner_, block.key.owner);
     Kept& kept = blocks_.append();
     kept.content = view ? block.key.content : 0;
-    kept.shape = getShape_(block);
+    kept.shape = block.shape;
     kept.owner = block.key.owner;
     kept.view = view;
     kept.x = transform_.x;
@@ -216,9 +235,8 @@ void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size
     kept.pageChanges = store_.getPageChanges();
     kept.instances = static_cast<std::uint32_t>(instances);
     kept.layer = static_cast<std::int16_t>(binding_.layer);
-    kept.place = binding_.place;
-    kept.plain = binding_.plain;
-    kept.movable = instances == static_cast<std::size_t>(block.count) && !fixed_;
+    kept.page = binding_.place;
+    kept.movable = instances == static_cast<std::size_t>(block.shape.count) && !fixed_;
 }
 
 void vtxQuadBatcher::noteLine_(std::size_t first) {
@@ -231,7 +249,6 @@ void vtxQuadBatcher::noteLine_(std::size_t first) {
 
 std::uint32_t vtxQuadBatcher::findViewNumber_() {
     constexpr std::size_t mostViews = 16;
-    viewNumberKnown_ = true;
     viewNumber_ = 0;
     vtxQuadTransform const& t = transform_;
     bool const moves = t.xx == 1.0 && t.yy == 1.0 && t.xy == 0.0 && t.yx == 0.0 && t.shiftX == 0.0 && t.shiftY == 0.0;
@@ -488,7 +505,7 @@ void vtxQuadBatcher::addTurned_(double const (&corner)[2], double const (&edgeU)
     }
     constexpr double everywhere = std::numeric_limits<double>::infinity();
     Box box{-everywhere, -everywhere, everywhere, everywhere};
-    bool needsScissor = view_.clipped;
+    bool needsScissor = view_.isClipped();
     if (view_.aligned) {
         double const x = corner[0] + std::min(edgeU[0], 0.0) + std::min(edgeV[0], 0.0);
         double const y = corner[1] + std::min(edgeU[1], 0.0) + std::min(edgeV[1], 0.0);
@@ -499,8 +516,8 @@ void vtxQuadBatcher::addTurned_(double const (&corner)[2], double const (&edgeU)
         osg::RectImpl<osg::Vec2i> const& visible = view_.visible;
         if (box.left >= visible.x2 || box.top >= visible.y2 || box.right <= visible.x1 || box.bottom <= visible.y1)
             return;
-        needsScissor = view_.clipped && !(box.left >= visible.x1 && box.top >= visible.y1 && box.right <= visible.x2 &&
-                                          box.bottom <= visible.y2);
+        needsScissor = view_.isClipped() && !(box.left >= visible.x1 && box.top >= visible.y1 &&
+                                              box.right <= visible.x2 && box.bottom <= visible.y2);
     }
     vtxQuadInstance& instance = append_(box, needsScissor);
     instance.x = static_cast<float>(corner[0]);
@@ -601,4 +618,5 @@ void vtxQuadBatcher::flush() {
     run_.loneCount = 0;
     std::fill(std::begin(usedPictureLayers_), std::end(usedPictureLayers_), 0);
     std::fill(std::begin(usedGlyphLayers_), std::end(usedGlyphLayers_), 0);
+    std::fill(std::begin(lastUsedLayers_), std::end(lastUsedLayers_), -1);
 }

@@ -24,29 +24,35 @@ public:
 
     /// For the quads that follow.
     void setView(vtxQuadView const& view);
-    /// The view as it is, through another clip.
-    void setClip(osg::RectImpl<osg::Vec2i> const& visible, bool clipped) {
-        view_.visible = visible;
-        view_.clipped = clipped;
-    }
+    /// The view as it is, through another clip; null: none.
+    void setClip(osg::RectImpl<osg::Vec2i> const* clip) { view_.setClip(clip); }
+    vtxQuadView const& getView() const { return view_; }
     void setTransform(vtxQuadTransform const& transform);
     vtxQuadTransform const& getTransform() const { return transform_; }
     /// The transform as it is, to another place.
-    void setTranslation(double x, double y);
+    void setTranslation(double x, double y) {
+        transform_.x = x;
+        transform_.y = y;
+    }
     /// Of lines: straight, with the opacity in it.
     void setColor(osg::Vec4f const& color) { color_ = color; }
 
+    struct Shape {
+        std::int32_t count;
+        std::int16_t sampler;
+        std::int16_t colorEach;  ///< 1 for a colour each, 0 for the same for all
+    };
     struct Block {
         vtxQuadKey key;
         vtxQuad const* quads;
-        int count;
+        Shape shape;
         /// Null means colour only.
         vtxTexture const* texture;
-        int sampler;
-        /// One each, or the same for all; straight, without the opacity.
+        /// Straight, without the opacity.
         osg::Vec4f const* colors;
-        bool colorEach;
         float opacity;
+
+        osg::Vec4f const& getColor(int quad) const { return colors[shape.colorEach ? quad : 0]; }
     };
     void addBlock(Block const& block);
     /// A line of colour only, `width` wide, GUI units; half the width more at each end that is marked.
@@ -74,7 +80,7 @@ private:
     /// What is known of a block that was turned into instances.
     struct Kept {
         std::uint64_t content;
-        std::uint64_t shape;  ///< of the block: how many quads, how they are sampled and coloured
+        Shape shape;
         std::uint32_t owner;
         std::uint32_t view;  ///< number of the view; 0 for a block that cannot be kept
         double x, y;
@@ -82,9 +88,8 @@ private:
         std::uint32_t pageChanges;
         std::uint32_t instances;
         std::int16_t layer;
-        vtxImagePlace place;
-        bool plain;
-        bool movable;  ///< all of its quads are there and movable
+        vtxImagePlace page;  ///< Alone for colour only
+        bool movable;        ///< all of its quads are there and movable
     };
     /// What instances depend on besides content, place and clip. Only translations have a number.
     struct NumberedView {
@@ -117,18 +122,23 @@ private:
     };
 
     // --- Blocks of the frame before ---
-    /// Whether the next block of the frame before is of this owner.
-    bool isNext_(std::uint32_t owner) { return blocks_.getLeft() && blocks_.getNext()->owner == owner; }
+    /// The next block of the frame before if it is of this owner, else null.
+    Kept* getNext_(std::uint32_t owner) {
+        return blocks_.getLeft() && blocks_.getNext()->owner == owner ? blocks_.getNext() : nullptr;
+    }
     /// Drops blocks of the frame before until one of this owner comes, if one does soon.
     void skipToOwner_(std::uint32_t owner);
     void dropBlocks_(std::size_t count);
     void startOver_();
-    /// The next block of the frame before, if that is this one: as it stands, moved or in other colours.
-    bool keepBlock_(Block const& block);
-    static std::uint64_t getShape_(Block const& block);
+    /// Whether the next block is this one, as it stands or after it was moved or got other colours.
+    bool updateBlock_(Block const& block, Kept& kept);
+    bool isKnown_(Block const& block, Kept const& kept);
+    /// Writes the next block again.
+    void keepBlock_(Kept const& kept);
     /// Takes the next block to the place in force; false if it looks another there.
     bool moveBlock_(Block const& block, Kept& kept);
     bool hasSameColors_(Block const& block, Kept const& kept);
+    bool hasSameColorEach_(Block const& block, Kept const& kept);
     /// Gives the next block other colours; false if quads were left out, or would be, as transparent.
     bool colorBlock_(Block const& block, Kept const& kept);
     void setCorner_(vtxQuadInstance& instance, vtxUprightQuad const& quad) const;
@@ -138,7 +148,7 @@ private:
     /// Every instance belongs to a block; that of a line is nobody's and is made anew each time.
     void noteLine_(std::size_t first);
     /// The number under which the view in force is known, 0 if blocks cannot be kept in it.
-    std::uint32_t getViewNumber_() { return viewNumberKnown_ ? viewNumber_ : findViewNumber_(); }
+    std::uint32_t getViewNumber_() { return viewNumber_ != unknownView ? viewNumber_ : findViewNumber_(); }
     std::uint32_t findViewNumber_();
 
     /// False if the texture cannot be drawn.
@@ -159,6 +169,8 @@ private:
     void fillInstance_(vtxQuadInstance& instance, Coordinates const& shown, Coordinates const& whole);
     bool isRunOpen_() const { return instances_.size() != runStart_; }
     void openRun_(bool scissor);
+    /// The open run, or one that is opened without a scissor, shows the layer.
+    void useLayer_(vtxImagePlace page, std::int16_t layer);
     /// Makes the open run fit what comes next and gives its instance; `box` in pixels of the target.
     vtxQuadInstance& append_(Box const& box, bool needsScissor);
     bool fitsRun_(Box const& box, bool needsScissor) const;
@@ -192,9 +204,11 @@ private:
     std::uint32_t newestOwner_ = 0;     ///< greatest number of an owner that was drawn
     std::uint32_t lastFrameOwner_ = 0;  ///< the same when the frame began
     qor::vector<NumberedView> views_;
-    std::uint32_t viewNumber_ = 0;
-    bool viewNumberKnown_ = false;
+    static constexpr std::uint32_t unknownView = ~0u;
+    std::uint32_t viewNumber_ = unknownView;
     std::uint32_t lastViewNumber_ = 0;
+    /// By vtxImagePlace: the layer that the open run used last for a block that was kept, else -1.
+    std::int16_t lastUsedLayers_[3] = {-1, -1, -1};
     std::uint64_t usedPictureLayers_[vtxTextureStore::maxLayers / 64] = {};
     std::uint64_t usedGlyphLayers_[vtxTextureStore::maxLayers / 64] = {};
     unsigned runs_ = 0;

@@ -39,9 +39,3 @@ vtxQuadTransform vtxQuadTransform::make(vtxDrawSettings const& settings, float s
     transform.translation = transform.upright && isNear(transform.xx, 1.0) && isNear(transform.yy, 1.0);
     return transform;
 }
-
-bool vtxQuadTransform::differsByTranslation(vtxDrawSettings const& settings, float newScale) const {
-    osg::Matrixf const& matrix = settings.modelView;
-    return scale == newScale && shiftX == settings.shiftX && shiftY == settings.shiftY && xx == matrix(0, 0) &&
-           xy == matrix(0, 1) && yx == matrix(1, 0) && yy == matrix(1, 1);
-}

@@ -13,8 +13,9 @@ struct vtxQuadView {
     /// Null: no clip. Call it after setProjection.
     void setClip(osg::RectImpl<osg::Vec2i> const* clip) {
         visible = clip ? state.viewport.intersected(*clip) : state.viewport;
-        clipped = !(visible == state.viewport);
     }
+    /// The clip cuts something off the viewport.
+    bool isClipped() const { return !(visible == state.viewport); }
 
     /// What the device gets, without a scissor.
     vtxDrawState state;
@@ -23,15 +24,16 @@ struct vtxQuadView {
     double scaleX = 1.0, scaleY = 1.0, offsetX = 0.0, offsetY = 0.0;
     /// Clip within the viewport, in pixels of the target.
     osg::RectImpl<osg::Vec2i> visible;
-    /// The clip cuts something off the viewport.
-    bool clipped = false;
 };
 
 /// Internal: from GUI units to the space that the projection maps.
 struct vtxQuadTransform {
     static vtxQuadTransform make(vtxDrawSettings const& settings, float scale);
-    /// Whether `make` would differ from this in its place at most.
-    bool differsByTranslation(vtxDrawSettings const& settings, float scale) const;
+    /// Whether the other one differs from this in its place at most.
+    bool differsByTranslation(vtxQuadTransform const& other) const {
+        return scale == other.scale && shiftX == other.shiftX && shiftY == other.shiftY && xx == other.xx &&
+               xy == other.xy && yx == other.yx && yy == other.yy;
+    }
 
     double scale = 1.0;
     double shiftX = 0.0, shiftY = 0.0;

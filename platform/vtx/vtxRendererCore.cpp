@@ -26,13 +26,15 @@ using Rect = osg::RectImpl<osg::Vec2i>;
 
 unsigned generationCount = 0;
 
+constexpr bool neverTraced = false;
+
 }  // namespace
 
 // --- Life ---
 
 vtxRendererCore::vtxRendererCore(std::unique_ptr<vtxDevice> device)
     : device_(std::move(device)),
-      traceSwitch_(device_->getTraceSwitch()),
+      traceSwitch_(device_->getTraceSwitch() ? device_->getTraceSwitch() : &neverTraced),
       misuse_(*device_),
       store_(*device_),
       targets_(*device_),
@@ -125,7 +127,7 @@ void vtxRendererCore::enterDevice_() {
     batcher_.beginPass();
     device_->openPass();
     hostSize_ = device_->getHostSize();
-    viewDirty_ = true;
+    stale_ |= StaleView;
     store_.flushRetired();
     targets_.flush();
     {
@@ -154,12 +156,12 @@ void vtxRendererCore::openPass_(Pass& pass, TechniqueType technique) {
     enterDevice_();
     pass.technique = technique;
     pass.open = true;
-    viewDirty_ = true;
+    stale_ |= StaleView;
 }
 
 void vtxRendererCore::closePass_(Pass& pass) {
     pass = Pass{};
-    viewDirty_ = true;
+    stale_ |= StaleView;
     leaveDevice_();
 }
 
@@ -204,7 +206,7 @@ void vtxRendererCore::popTechnique() {
     if (passes_.back().open)
         closePass_(passes_.back());
     passes_.pop_back();
-    viewDirty_ = true;
+    stale_ |= StaleView;
 }
 
 bool vtxRendererCore::requirePass(char const* operation) {
@@ -279,7 +281,7 @@ void vtxRendererCore::readPixels(vtxFrameBuffer* target, Rect const& rect, unsig
 void vtxRendererCore::pushViewport(Rect const& rect) {
     trace("pushViewport", "%d %d %d %d", rect.x1, rect.y1, rect.x2, rect.y2);
     viewports_.push_back(rect);
-    viewDirty_ = true;
+    stale_ |= StaleView;
 }
 
 void vtxRendererCore::popViewport() {
@@ -287,14 +289,14 @@ void vtxRendererCore::popViewport() {
     if (!canPop_(viewports_.size(), base_.viewports, "popViewport"))
         return;
     viewports_.pop_back();
-    viewDirty_ = true;
+    stale_ |= StaleView;
 }
 
 void vtxRendererCore::setProjectionMatrix(osg::Matrixf const& matrix) {
     if (!requireFinite(matrix, "setProjectionMatrix"))
         return;
     settings_.projection = matrix;
-    viewDirty_ = true;
+    stale_ |= StaleView;
 }
 
 void vtxRendererCore::pushProjectionMatrix() { projections_.push_back(settings_.projection); }
@@ -304,7 +306,7 @@ void vtxRendererCore::popProjectionMatrix() {
         return;
     settings_.projection = projections_.back();
     projections_.pop_back();
-    viewDirty_ = true;
+    stale_ |= StaleView;
 }
 
 void vtxRendererCore::setModelViewMatrix(osg::Matrixf const& matrix) {
@@ -314,6 +316,7 @@ void vtxRendererCore::setModelViewMatrix(osg::Matrixf const& matrix) {
           matrix(3, 0), matrix(3, 1));
     settings_.modelView = matrix;
     settings_.modelViewTranslates = vtxTranslation::isTranslation(matrix);
+    stale_ |= StaleTransform;
 }
 
 void vtxRendererCore::composeModelView_(float x, float y) {
@@ -331,11 +334,6 @@ Rect vtxRendererCore::roundToPixels_(Rect const& rect, float scale) {
 }
 
 // --- Settings ---
-
-vtxDrawSettings& vtxRendererCore::changeView() {
-    viewDirty_ = true;
-    return settings_;
-}
 
 void vtxRendererCore::changeOpacity_(float opacity) {
     if (!std::isfinite(opacity)) {
@@ -379,31 +377,29 @@ osg::Matrixf vtxRendererCore::getDeviceProjection(osg::Matrixf const& projection
 }
 
 void vtxRendererCore::renewView_() {
-    view_.state.technique = passes_.back().technique;
-    view_.state.gamma = settings_.gamma;
-    view_.state.intensity = settings_.intensity;
-    view_.setProjection(getDeviceProjection(settings_.projection), getViewport_());
-    view_.setClip(getClip_());
-    batcher_.setView(view_);
-    viewDirty_ = clipDirty_ = false;
+    vtxQuadView view;
+    view.state.technique = passes_.back().technique;
+    view.state.gamma = settings_.gamma;
+    view.state.intensity = settings_.intensity;
+    view.setProjection(getDeviceProjection(settings_.projection), getViewport_());
+    view.setClip(getClip_());
+    batcher_.setView(view);
 }
 
-void vtxRendererCore::renewClip_() {
-    view_.setClip(getClip_());
-    batcher_.setClip(view_.visible, view_.clipped);
-    clipDirty_ = false;
+void vtxRendererCore::renewTransform_() {
+    vtxQuadTransform const transform = vtxQuadTransform::make(settings_, getScale());
+    if (!batcher_.getTransform().differsByTranslation(transform))
+        batcher_.setTransform(transform);
+    stale_ &= ~unsigned{StaleTransform};
 }
 
 bool vtxRendererCore::isClippedAway_() const { return clips_.size() > base_.clips && clips_.top().isEmpty(); }
 
 vtxQuadBatcher& vtxRendererCore::prepareQuads() {
     updateView_();
-    float const scale = getScale();
-    vtxQuadTransform const& transform = batcher_.getTransform();
-    if (transform.differsByTranslation(settings_, scale))
-        batcher_.setTranslation(settings_.modelView(3, 0), settings_.modelView(3, 1));
-    else
-        batcher_.setTransform(vtxQuadTransform::make(settings_, scale));
+    if ((stale_ & StaleTransform) || batcher_.getTransform().scale != getScale())
+        renewTransform_();
+    batcher_.setTranslation(settings_.modelView(3, 0), settings_.modelView(3, 1));
     return batcher_;
 }
 
@@ -415,37 +411,41 @@ vtxQuadBatcher& vtxRendererCore::prepareLines(osg::Vec4f const& color) {
 // --- Drawing ---
 
 void vtxRendererCore::drawQuads(vtxShaderQuads const& quads, int batch) {
-    auto const& batches = quads.getBatches();
-    int const count = static_cast<int>(batches.size());
-    if (batch >= count || count == 0 || !requirePass("quads") || isClippedAway_())
+    int const count = static_cast<int>(quads.getBatches().size());
+    if (batch < count)
+        drawQuads(quads, std::max(batch, 0), batch < 0 ? count : batch + 1);
+}
+
+void vtxRendererCore::drawQuads(vtxShaderQuads const& quads, int first, int end) {
+    if (first >= end || !requirePass("quads") || isClippedAway_())
         return;
     vtxQuadBatcher& batcher = prepareQuads();
-    int const first = std::max(batch, 0);
-    int const last = batch < 0 ? count : batch + 1;
-    for (int i = first; i < last; ++i) {
-        vtxShaderQuads::Batch const& part = batches[static_cast<std::size_t>(i)];
-        if (part.count > 0)
-            batcher.addBlock({part.key, quads.getQuads().data() + part.first, part.count, part.texture,
-                              settings_.sampler, &settings_.color, false, settings_.opacity});
+    vtxShaderQuads::Batch const* const batches = quads.getBatches().data();
+    for (int i = first; i < end; ++i) {
+        vtxShaderQuads::Batch const& batch = batches[i];
+        if (batch.count > 0)
+            batcher.addBlock({batch.key, quads.getQuads().data() + batch.first, getShape_(batch.count, false),
+                              batch.texture, &settings_.color, settings_.opacity});
     }
 }
 
 void vtxRendererCore::drawBkgQuads(vtxShaderBkgQuads const& quads) {
     int const count = std::min({quads.count, vtxShaderBkgQuads::maxCount, settings_.colorCount});
     if (count > 0 && requirePass("background quads") && !isClippedAway_())
-        prepareQuads().addBlock({quads.getKey(), quads.getQuads(), count, quads.getTexture(), settings_.sampler,
-                                 settings_.colors, true, settings_.opacity});
+        prepareQuads().addBlock({quads.getKey(), quads.getQuads(), getShape_(count, !settings_.colorsEqual),
+                                 quads.getTexture(), settings_.colors, settings_.opacity});
 }
 
 bool vtxRendererCore::beginDirectDraw(vtxDrawState& state) {
     batcher_.flush();
     updateView_();
-    if (view_.visible.isEmpty())
+    vtxQuadView const& view = batcher_.getView();
+    if (view.visible.isEmpty())
         return false;
-    state = view_.state;
-    state.scissorEnabled = view_.clipped;
-    if (view_.clipped)
-        state.scissor = view_.visible;
+    state = view.state;
+    state.scissorEnabled = view.isClipped();
+    if (state.scissorEnabled)
+        state.scissor = view.visible;
     return true;
 }
 

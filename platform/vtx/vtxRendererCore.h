@@ -45,10 +45,13 @@ public:
     // --- For the shader ---
     /// What the shader's setters write.
     vtxDrawSettings& changeSettings() { return settings_; }
-    /// The same for what a run shares.
-    vtxDrawSettings& changeView();
+    /// The same for what a run shares, and for what shifts quads.
+    vtxDrawSettings& changeView() { return changeSettings_(StaleView); }
+    vtxDrawSettings& changeTransform() { return changeSettings_(StaleTransform); }
     vtxDrawSettings const& getSettings() const { return settings_; }
     void drawQuads(vtxShaderQuads const& quads, int batch);
+    /// Batches from `first` up to `end`, which there are.
+    void drawQuads(vtxShaderQuads const& quads, int first, int end);
     void drawBkgQuads(vtxShaderBkgQuads const& quads);
 
     // --- For frame buffers, geometry and effects ---
@@ -138,6 +141,8 @@ public:
         trace("popModelViewMatrix", "%s", "");
         if (!canPop_(modelViews_.size(), base_.modelViews, "popModelViewMatrix"))
             return;
+        if (!modelViews_.top().translates || !settings_.modelViewTranslates)
+            stale_ |= StaleTransform;
         modelViews_.top().apply(settings_);
         modelViews_.pop();
     }
@@ -148,14 +153,14 @@ public:
         osg::RectImpl<osg::Vec2i> const pixels = scale == 1.0f ? rect : roundToPixels_(rect, scale);
         osg::RectImpl<osg::Vec2i> const cut = clips_.size() > base_.clips ? pixels.intersected(clips_.top()) : pixels;
         clips_.push() = cut;
-        clipDirty_ = true;
+        stale_ |= StaleClip;
     }
     void popClipRect() override {
         trace("popClipRect", "%s", "");
         if (!canPop_(clips_.size(), base_.clips, "popClipRect"))
             return;
         clips_.pop();
-        clipDirty_ = true;
+        stale_ |= StaleClip;
     }
     void setTextureFiltering(TextureSampler sampler) override;
     void setGeometry(vtxGeometry* geometry) override;
@@ -193,19 +198,34 @@ private:
         bool operator==(StackHeights const&) const = default;
     };
 
-    /// A model-view that waits on its stack. Copied whole, which osg does element by element.
+    /// A model-view that waits on its stack. Its axes count only if they are not those of the identity.
     struct ModelView {
         void keep(vtxDrawSettings const& settings) {
-            std::memcpy(elements, settings.modelView.ptr(), sizeof(elements));
+            float const* const elements = settings.modelView.ptr();
             translates = settings.modelViewTranslates;
+            std::memcpy(place, elements + 12, sizeof(place));
+            if (!translates)
+                std::memcpy(axes, elements, sizeof(axes));
         }
         void apply(vtxDrawSettings& settings) const {
-            std::memcpy(settings.modelView.ptr(), elements, sizeof(elements));
+            if (translates && !settings.modelViewTranslates)
+                settings.modelView.makeIdentity();
+            float* const elements = settings.modelView.ptr();
+            std::memcpy(elements + 12, place, sizeof(place));
+            if (!translates)
+                std::memcpy(elements, axes, sizeof(axes));
             settings.modelViewTranslates = translates;
         }
 
-        float elements[16];
+        float place[4];
+        float axes[12];
         bool translates;
+    };
+    /// What was derived from the settings and has to be derived anew.
+    enum Stale : unsigned {
+        StaleView = 1,       ///< projection, viewport, target, technique or what else a run shares
+        StaleClip = 2,       ///< the clip
+        StaleTransform = 4,  ///< what quads go through, but for where a translation leads
     };
 
     /// An effect file that was loaded, or why it was not.
@@ -228,14 +248,22 @@ private:
     osg::RectImpl<osg::Vec2i> const* getClip_() const { return clips_.size() > base_.clips ? &clips_.top() : nullptr; }
     /// Nothing that is drawn can be seen: cheap to tell, for the many that are scrolled out of view.
     bool isClippedAway_() const;
+    vtxDrawSettings& changeSettings_(Stale stale) {
+        stale_ |= stale;
+        return settings_;
+    }
+    vtxQuadBatcher::Shape getShape_(int count, bool colorEach) const {
+        return {count, static_cast<std::int16_t>(settings_.sampler), colorEach};
+    }
     void updateView_() {
-        if (viewDirty_)
+        if (stale_ & StaleView)
             renewView_();
-        else if (clipDirty_)
-            renewClip_();
+        else if (stale_ & StaleClip)
+            batcher_.setClip(getClip_());
+        stale_ &= StaleTransform;
     }
     void renewView_();
-    void renewClip_();
+    void renewTransform_();
     bool canPop_(std::size_t height, std::size_t base, char const* operation) {
         if (height <= base) [[unlikely]]
             report(vtxMisuse::EmptyStack, operation);
@@ -243,7 +271,7 @@ private:
     }
     /// From GUI units to the pixel edges next to them.
     static osg::RectImpl<osg::Vec2i> roundToPixels_(osg::RectImpl<osg::Vec2i> const& rect, float scale);
-    bool traceWanted_() const { return traceSwitch_ && *traceSwitch_; }
+    bool traceWanted_() const { return *traceSwitch_; }
     void traceNow_(char const* operation, char const* format, ...) __attribute__((format(printf, 3, 4)));
     void changeOpacity_(float opacity);
     void composeModelView_(float x, float y);
@@ -267,10 +295,7 @@ private:
     unsigned geometryUploads_ = 0;
 
     vtxDrawSettings settings_;
-    vtxQuadView view_;
-    /// Projection, viewport, target, technique or what else a run shares are others than in `view_`; clip alone.
-    bool viewDirty_ = true;
-    bool clipDirty_ = true;
+    unsigned stale_ = StaleView | StaleTransform;  ///< of Stale
     osg::Vec2i hostSize_{0, 0};
     vtxStack<osg::RectImpl<osg::Vec2i>> clips_;
     qor::vector<osg::RectImpl<osg::Vec2i>> viewports_;

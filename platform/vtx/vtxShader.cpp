@@ -12,9 +12,15 @@ void vtxShader::setColor(osg::Vec4f const& color) { core_.changeSettings().color
 void vtxShader::setColors(float const* colors, int count) {
     vtxDrawSettings& settings = core_.changeSettings();
     settings.colorCount = colors ? std::clamp(count, 0, vtxDrawSettings::maxColors) : 0;
-    if (settings.colorCount > 0)
-        std::memcpy(settings.colors[0].ptr(), colors,
-                    static_cast<std::size_t>(settings.colorCount) * 4 * sizeof(float));
+    if (settings.colorCount == 0)
+        return;
+    // Each equals the next one: mostly, and then one is enough.
+    constexpr std::size_t colorSize = 4 * sizeof(float);
+    std::size_t const others = static_cast<std::size_t>(settings.colorCount - 1);
+    settings.colorsEqual = std::memcmp(colors, colors + 4, others * colorSize) == 0;
+    std::memcpy(settings.colors[0].ptr(), colors, colorSize);
+    if (!settings.colorsEqual)
+        std::memcpy(settings.colors[1].ptr(), colors + 4, others * colorSize);
 }
 
 void vtxShader::setTexture(vtxTexture const* texture) { core_.changeSettings().texture = texture; }
@@ -33,13 +39,13 @@ void vtxShader::shiftPosition(float x, float y, float scale) {
         core_.report(vtxMisuse::BadNumber, "shiftPosition");
         return;
     }
-    vtxDrawSettings& settings = core_.changeSettings();
+    vtxDrawSettings& settings = core_.changeTransform();
     settings.shiftX += x * factor;
     settings.shiftY += y * factor;
 }
 
 void vtxShader::resetPositionShift() {
-    vtxDrawSettings& settings = core_.changeSettings();
+    vtxDrawSettings& settings = core_.changeTransform();
     settings.shiftX = settings.shiftY = 0.0f;
 }
 

@@ -75,7 +75,7 @@ void vtxTargetScope::begin_() {
     core_.settings_.modelViewTranslates = settings_.modelViewTranslates;
     core_.base_ = core_.getHeights_();
     core_.passes_.push_back(vtxRendererCore::Pass{});
-    core_.viewDirty_ = true;
+    core_.stale_ |= vtxRendererCore::StaleView | vtxRendererCore::StaleTransform;
 }
 
 void vtxTargetScope::end_() {
@@ -101,5 +101,5 @@ void vtxTargetScope::end_() {
     core_.settings_ = settings_;
     core_.base_ = base_;
     core_.passStart_ = passStart_;
-    core_.viewDirty_ = true;
+    core_.stale_ |= vtxRendererCore::StaleView | vtxRendererCore::StaleTransform;
 }

@@ -94,18 +94,17 @@ void vtxTextString::draw(vtxShader* shader, osg::Vec4f const& glyphColor, float 
     shader->turnOnDrawQuads();
     // Most strings are nothing but glyphs.
     if (layerEnds_[LayerBlur] == 0 && layerEnds_[LayerGlyphs] == layerEnds_[LayerLineThrough]) {
-        drawBatches_(*shader, glyphColor, 0, layerEnds_[LayerGlyphs]);
+        drawBatches_(*core, glyphColor, 0, layerEnds_[LayerGlyphs]);
         return;
     }
     osg::Vec4f const* const colors[LayerCount] = {&bkgColor, &shadowColor, &blurColor, &glyphColor, &lineThroughColor};
     for (int layer = 0, begin = 0; layer < LayerCount; begin = layerEnds_[layer++])
-        drawBatches_(*shader, *colors[layer], begin, layerEnds_[layer]);
+        drawBatches_(*core, *colors[layer], begin, layerEnds_[layer]);
 }
 
-inline void vtxTextString::drawBatches_(vtxShader& shader, osg::Vec4f const& layerColor, int begin, int end) const {
+inline void vtxTextString::drawBatches_(vtxRendererCore& core, osg::Vec4f const& layerColor, int begin, int end) const {
     if (begin == end || !isSeen(layerColor))
         return;
-    shader.setColor(layerColor);
-    for (int batch = begin; batch < end; ++batch)
-        shader.drawQuads(quads, batch);
+    core.changeSettings().color = layerColor;
+    core.drawQuads(quads, begin, end);
 }

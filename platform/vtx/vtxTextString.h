@@ -11,6 +11,7 @@
 #include <array>
 #include <memory>
 
+class vtxRendererCore;
 class vtxShader;
 
 /// One line of laid-out text: background, shadow, blur, glyphs and line-through, drawn in that order. A layer whose
@@ -54,7 +55,7 @@ private:
     enum Layer { LayerBkg, LayerShadow, LayerBlur, LayerGlyphs, LayerLineThrough, LayerCount };
 
     void build_(float scale) const;
-    void drawBatches_(vtxShader& shader, osg::Vec4f const& layerColor, int begin, int end) const;
+    void drawBatches_(vtxRendererCore& core, osg::Vec4f const& layerColor, int begin, int end) const;
     void addBar_(float y, float width, float height) const;
 
     // What drawing builds again when the scale has changed; all of it follows from the fields above.
