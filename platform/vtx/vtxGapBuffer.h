@@ -42,14 +42,14 @@ public:
     void drop(std::size_t count) { left_ += count; }
     /// Its content is undefined.
     T& append() {
-        if (written_ == (left_ == end_ ? capacity_ : left_))
+        if (written_ == (left_ == end_ ? capacity_ : left_)) [[unlikely]]
             widen_();
         return data_[written_++];
     }
 
 private:
     /// Makes room before what is left, by an eighth, so that it is rarely moved.
-    void widen_() {
+    [[gnu::noinline]] void widen_() {
         std::size_t const left = getLeft();
         std::size_t const used = written_ + left;
         std::size_t const room = used / 8 + 64;

@@ -78,23 +78,6 @@ void vtxQuadBatcher::addBlock(Block const& block) {
         makeBlock_(block);
 }
 
-void vtxQuadBatcher::makeBlock_(Block const& block) {
-    makeSpace_();
-    std::size_t const first = instances_.size();
-    std::size_t seen = 0;
-    odd_ = fixed_ = false;
-    for (int i = 0; i < block.shape.count; ++i) {
-        osg::Vec4f const& color = block.getColor(i);
-        color_.set(color.r(), color.g(), color.b(), color.a() * block.opacity);
-        if (!(color_.a() > 0.0f))
-            continue;
-        ++seen;
-        addQuad_(block.quads[i]);
-    }
-    if (instances_.size() != first)
-        noteBlock_(block, first, seen);
-}
-
 void vtxQuadBatcher::skipToOwner_(std::uint32_t owner) {
     // Those before it were not drawn this time. New ones cannot be found; others that are not found come from afar,
     // and with them those that follow.
@@ -163,9 +146,8 @@ bool vtxQuadBatcher::moveBlock_(Block const& block, Kept& kept) {
     vtxQuadInstance* instance = instances_.getNext();
     for (vtxQuad const* quad = block.quads; quad != block.quads + block.shape.count; ++quad, ++instance) {
         vtxFloats const place = vtxPairs::load(&quad->x);
-        vtxPair const length = vtxPairs::nearest(vtxPair{instance->ux, instance->vy} * space_.viewScale);
         vtxUprightQuad moved;
-        if (!moved.move(space_, vtxPairs::first(place), vtxPairs::last(place), length))
+        if (!moved.move(space_, vtxPairs::first(place), vtxPairs::last(place), getLength_(*instance)))
             return false;
         setCorner_(*instance, moved);
     }
@@ -217,7 +199,7 @@ bool vtxQuadBatcher::colorBlock_(Block const& block, Kept const& kept) {
     return true;
 }
 
-void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size_t seen) {
+void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size_t seen, bool movable) {
     std::size_t const instances = instances_.size() - first;
     // Lone textures have their slots by run, and the colours of instances are compared one by one.
     bool const paged = binding_.plain || binding_.place != vtxImagePlace::Alone;
@@ -236,7 +218,7 @@ void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size
     kept.instances = static_cast<std::uint32_t>(instances);
     kept.layer = static_cast<std::int16_t>(binding_.layer);
     kept.page = binding_.place;
-    kept.movable = instances == static_cast<std::size_t>(block.shape.count) && !fixed_;
+    kept.movable = instances == static_cast<std::size_t>(block.shape.count) && movable;
 }
 
 void vtxQuadBatcher::noteLine_(std::size_t first) {
@@ -356,6 +338,66 @@ bool vtxQuadBatcher::bindPage_(vtxTextureImage const& image, int sampler) {
 
 // --- Quads ---
 
+void vtxQuadBatcher::makeBlock_(Block const& block) {
+    makeSpace_();
+    vtxQuadRepeats::Space const space = getRepeatSpace_();
+    std::size_t const first = instances_.size();
+    std::size_t seen = 0;
+    bool movable = true;
+    odd_ = false;
+    if (!block.shape.colorEach && !setBlockColor_(block, 0))
+        return;
+    for (int i = 0; i < block.shape.count; ++i) {
+        if (block.shape.colorEach && !setBlockColor_(block, i))
+            continue;
+        ++seen;
+        vtxQuad const& quad = block.quads[i];
+        if (space.view && repeatQuad_(space, quad))
+            continue;
+        std::size_t const before = instances_.size();
+        movable_ = false;
+        addQuad_(quad);
+        movable = movable && movable_;
+        if (space.view && movable_ && instances_.size() != before)
+            repeats_.remember(space, quad, instances_.data()[before], getLength_(instances_.data()[before]));
+    }
+    if (instances_.size() != first)
+        noteBlock_(block, first, seen, movable);
+}
+
+bool vtxQuadBatcher::setBlockColor_(Block const& block, int quad) {
+    osg::Vec4f const& color = block.colors[quad];
+    color_.set(color.r(), color.g(), color.b(), color.a() * block.opacity);
+    return color_.a() > 0.0f;
+}
+
+vtxQuadRepeats::Space vtxQuadBatcher::getRepeatSpace_() {
+    // Lone textures have their slots by run.
+    bool const repeats = space_.snapped && !binding_.alone && !run_.state.scissorEnabled;
+    return {image_, repeats ? getViewNumber_() : 0, store_.getPageChanges()};
+}
+
+bool vtxQuadBatcher::repeatQuad_(vtxQuadRepeats::Space const& space, vtxQuad const& quad) {
+    vtxQuadRepeats::Entry const* const made = repeats_.find(space, quad);
+    if (!made)
+        return false;
+    vtxFloats const place = vtxPairs::load(&quad.x);
+    vtxUprightQuad moved;
+    if (!moved.move(space_, vtxPairs::first(place), vtxPairs::last(place), made->length))
+        return false;
+    if (!isRunOpen_())
+        openRun_(false);
+    ++made_;
+    vtxQuadInstance& instance = instances_.append();
+    instance = made->instance;
+    setCorner_(instance, moved);
+    vtxPairs::store(&instance.r, vtxPairs::load(color_.ptr()));
+    instance.source = binding_.source;
+    instance.layer = static_cast<std::uint32_t>(binding_.layer);
+    *binding_.usedLayers |= binding_.layerBit;
+    return true;
+}
+
 void vtxQuadBatcher::addQuad_(vtxQuad const& quad) {
     vtxFloats const place = vtxPairs::load(&quad.x);
     vtxFloats const picture = vtxPairs::load(&quad.uMin);
@@ -376,6 +418,7 @@ void vtxQuadBatcher::addQuad_(vtxQuad const& quad) {
         addAny_(quad);
     }
     binding_ = page;
+    movable_ = false;
     makeSpace_();
 }
 
@@ -486,7 +529,7 @@ void vtxQuadBatcher::addUpright_(vtxPair position, vtxPair size, Coordinates con
             reportBadNumber_();
         return;
     }
-    fixed_ = fixed_ || !quad.movable;
+    movable_ = quad.movable;
     vtxQuadInstance& instance = append_(Box{quad.from[0], quad.from[1], quad.to[0], quad.to[1]}, false);
     vtxPair const corner = (quad.from - space_.viewOffset) / space_.viewScale;
     vtxPair const edges = (quad.to - quad.from) / space_.viewScale;

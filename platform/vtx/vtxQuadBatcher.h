@@ -6,6 +6,7 @@
 #include "platform/vtx/vtxGapBuffer.h"
 #include "platform/vtx/vtxMisuse.h"
 #include "platform/vtx/vtxQuad.h"
+#include "platform/vtx/vtxQuadRepeats.h"
 #include "platform/vtx/vtxQuadView.h"
 #include "platform/vtx/vtxTextureStore.h"
 #include "platform/vtx/vtxUprightQuad.h"
@@ -141,10 +142,8 @@ private:
     bool hasSameColorEach_(Block const& block, Kept const& kept);
     /// Gives the next block other colours; false if quads were left out, or would be, as transparent.
     bool colorBlock_(Block const& block, Kept const& kept);
-    void setCorner_(vtxQuadInstance& instance, vtxUprightQuad const& quad) const;
-    void makeBlock_(Block const& block);
     /// `seen` is the number of quads that are not transparent.
-    void noteBlock_(Block const& block, std::size_t first, std::size_t seen);
+    void noteBlock_(Block const& block, std::size_t first, std::size_t seen, bool movable);
     /// Every instance belongs to a block; that of a line is nobody's and is made anew each time.
     void noteLine_(std::size_t first);
     /// The number under which the view in force is known, 0 if blocks cannot be kept in it.
@@ -155,6 +154,13 @@ private:
     bool setTexture_(vtxTexture const* texture, int sampler);
     bool bindAlone_(vtxTextureImage& image, int sampler);
     bool bindPage_(vtxTextureImage const& image, int sampler);
+    void makeBlock_(Block const& block);
+    /// False if the next quads are transparent.
+    bool setBlockColor_(Block const& block, int quad);
+    /// Where quads of the block may differ from others in their corners alone; of no view if they may not.
+    vtxQuadRepeats::Space getRepeatSpace_();
+    /// The quad as one that was made before, at its own place; false if there is none or it looks another here.
+    bool repeatQuad_(vtxQuadRepeats::Space const& space, vtxQuad const& quad);
     void addQuad_(vtxQuad const& quad);
     void addAny_(vtxQuad const& quad);
     /// GUI units; coordinates of the picture.
@@ -162,6 +168,11 @@ private:
     void addStretched_(vtxPair position, vtxPair size, Coordinates const& coordinates);
     /// For the transform, the view and the binding in force.
     void makeSpace_();
+    void setCorner_(vtxQuadInstance& instance, vtxUprightQuad const& quad) const;
+    /// Target pixels, of an upright instance.
+    vtxPair getLength_(vtxQuadInstance const& instance) const {
+        return vtxPairs::nearest(vtxPair{instance.ux, instance.vy} * space_.viewScale);
+    }
     void addTurned_(double const (&corner)[2], double const (&edgeU)[2], double const (&edgeV)[2],
                     Coordinates const& coordinates);
     void reportBadNumber_();
@@ -189,13 +200,14 @@ private:
     Binding binding_{&noLayers_};
     vtxUprightSpace space_;
     vtxTextureImage* image_ = nullptr;
+    vtxQuadRepeats repeats_;
 
     vtxQuadRun run_;
     vtxGapBuffer<vtxQuadInstance> instances_;
     std::size_t runStart_ = 0;  ///< first instance of the open run
     vtxGapBuffer<Kept> blocks_;
     bool odd_ = false;       ///< a quad of the block was refused, or is drawn otherwise than the others
-    bool fixed_ = false;     ///< a quad of the block cannot be moved
+    bool movable_ = false;   ///< the last quad can be moved
     bool searched_ = false;  ///< the next block of the frame before was looked for and not found
     std::size_t lastFrameSize_ = 0;
     unsigned passes_ = 0;               ///< since what comes is compared

@@ -211,4 +211,78 @@ TEST_F(Kept, AreAllOfAnUnchangedFrameAndAllButTheChangedOnesOfAnother) {
     EXPECT_EQ(countMade(), 1u) << "what was transparent comes back";
 }
 
+TEST_F(Kept, QuadsThatMovedAreThoseThatWouldBeMadeThere) {
+    auto const pick = [this](std::initializer_list<double> values) {
+        return values.begin()[choose(int(values.size()))];
+    };
+    auto const pickPair = [&](std::initializer_list<double> values) { return vtxPair{pick(values), pick(values)}; };
+    int moved = 0, stayed = 0;
+    for (int round = 0; round < 20000; ++round) {
+        vtxUprightSpace space{};
+        space.scale = vtxPairs::both(pick({1.0, 1.25, 1.5}));
+        space.shift = pickPair({0.0, 0.0, 0.5});
+        space.stretch = vtxPairs::both(1.0);
+        space.viewScale = pickPair({1.0, 1.0000001, 0.99999994});
+        space.viewOffset = pickPair({0.0, 10.0});
+        space.visibleTo = vtxPair{200.0, 100.0};
+        space.texels = vtxPairs::both(1024.0);
+        space.coordinateScale = vtxPairs::both(1.0 / 4.0);
+        space.snapped = choose(8) != 0;
+        space.glyphs = space.exact = choose(2) != 0;
+        vtxPair const position = pickPair({0.0, 0.4, 1.5, 3.0, 7.25});
+        vtxPair const texels = pickPair({8.0, 9.0, 13.5});
+        vtxPair const size = choose(4) ? texels / space.scale : pickPair({8.0, 8.3, 12.0, -4.0});
+        vtxPair const first = pickPair({0.0, 0.125}), last = first + texels / 256.0;
+        auto const place = [&] { return pickPair({0.0, 20.0, 20.5, 31.25, 150.0, 195.0, -3.0}); };
+        vtxUprightQuad there, here, again;
+        space.place = place();
+        if (there.make(space, position, size, first, last) != vtxUprightQuad::Seen || !there.movable)
+            continue;
+        space.place = place();
+        bool const seen = here.make(space, position, size, first, last) == vtxUprightQuad::Seen;
+        if (!again.move(space, position, size, there.to - there.from)) {
+            ++stayed;
+            continue;
+        }
+        ++moved;
+        ASSERT_TRUE(seen && here.movable) << round;
+        ASSERT_TRUE(vtxPairs::all(again.from == here.from) && vtxPairs::all(again.to == here.to)) << round;
+        ASSERT_TRUE(vtxPairs::all(there.coordinateFrom == here.coordinateFrom) &&
+                    vtxPairs::all(there.coordinateTo == here.coordinateTo))
+            << round;
+    }
+    EXPECT_GT(moved, 2000);
+    EXPECT_GT(stayed, 1000);
+}
+
+TEST_F(Kept, RepeatedQuadsAreOfTheirSizeTheirPictureAndTheirView) {
+    vtxQuadRepeats repeats;
+    vtxQuadRepeats::Space const space{nullptr, 1, 7};
+    vtxQuad quad{1.0f, 2.0f, 8.0f, 9.0f, 0.0f, 0.0f, 0.5f, 0.5f};
+    vtxQuadInstance instance{};
+    instance.layer = 3;
+    repeats.remember(space, quad, instance, vtxPair{8.0, 9.0});
+    quad.x = 50.0f;
+    auto const* const found = repeats.find(space, quad);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->instance.layer, 3u);
+    EXPECT_FALSE(repeats.find({nullptr, 2, 7}, quad));
+    EXPECT_FALSE(repeats.find({nullptr, 1, 8}, quad));
+    for (float vtxQuad::*const part :
+         {&vtxQuad::w, &vtxQuad::h, &vtxQuad::uMin, &vtxQuad::vMin, &vtxQuad::uMax, &vtxQuad::vMax}) {
+        vtxQuad other = quad;
+        other.*part += 0.25f;
+        EXPECT_FALSE(repeats.find(space, other));
+    }
+    // However many come between, what is found is what was asked for.
+    for (int i = 0; i < 5000; ++i) {
+        quad.uMin = static_cast<float>(1 + i % 700);
+        instance.layer = static_cast<std::uint32_t>(i % 700);
+        auto const* const known = repeats.find(space, quad);
+        ASSERT_TRUE(!known || known->instance.layer == instance.layer) << i;
+        repeats.remember(space, quad, instance, vtxPair{8.0, 9.0});
+        ASSERT_TRUE(repeats.find(space, quad));
+    }
+}
+
 }  // namespace
