@@ -11,8 +11,8 @@ local function ask(question, answered)
         parts.note(question),
         parts.group {
             layout = HorzLayout { gap = 8, horzAlign = "stretch" },
-            Button { text = "Yes", tabOrder = 1, onChange = function(self) answered(true) self.window:close() end },
-            Button { text = "No", tabOrder = 2, onChange = function(self) answered(false) self.window:close() end },
+            Button { text = "Yes", tabOrder = 1, onChange = function(self) self.window:close() answered(true) end },
+            Button { text = "No", tabOrder = 2, onChange = function(self) self.window:close() answered(false) end },
         },
     })
 end
@@ -42,7 +42,10 @@ return Window {
             onChange = function(self)
                 local answer = self.window:find("answer")
                 ask("Do you like windows that are written down?", function(yes)
-                    answer.text = yes and "You like them." or "You will."
+                    -- The question may be answered after this window was closed for good.
+                    if answer.alive then
+                        answer.text = yes and "You like them." or "You will."
+                    end
                 end)
             end,
         },
@@ -53,7 +56,9 @@ return Window {
                 local place = self.window:find("more")
                 place:insert(CheckBox { text = "Added " .. #place.children + 1 })
                 -- The first one makes the place higher, which is for what holds the place to see to.
-                place.parent:updateLayout()
+                if place.alive then
+                    place.parent:updateLayout()
+                end
             end,
         },
     },

@@ -42,7 +42,9 @@ return Window {
         onChange = function(self)
             local bar = self.window:find("bar")
             bar.value = self.value
-            show(bar)
+            if bar.alive then
+                show(bar)
+            end
         end,
     },
 }

@@ -22,7 +22,10 @@ for number = 1, 100 do
             onChange = function(self)
                 local place = self.window:find("pane")
                 self.parent:destroy()
-                place:updateBounds()
+                -- Whoever hears of that may have ended the pane as well.
+                if place.alive then
+                    place:updateBounds()
+                end
             end,
         },
         CheckBox { text = "Remember" },
@@ -46,7 +49,9 @@ return Window {
         onChange = function(self)
             local place = self.window:find("pane")
             place.layout.horzAlign = self.checked and { "left", 200 } or "left"
-            place:updateBounds()
+            if place.alive then
+                place:updateBounds()
+            end
         end,
     },
     Static { name = "place", text = "Scrolled by 0", position = {276, 250}, size = {140, 32}, anchors = below },
