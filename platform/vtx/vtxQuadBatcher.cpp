@@ -60,6 +60,37 @@ void vtxQuadBatcher::setTransform(vtxQuadTransform const& transform) {
 
 // --- Blocks ---
 
+inline bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept) {
+    if (block.shape.colorEach)
+        return hasSameColorEach_(block, kept);
+    vtxFloats const color = vtxPairs::load(block.colors[0].ptr()) * vtxFloats{1.0f, 1.0f, 1.0f, block.opacity};
+    return vtxPairs::isSame(vtxPairs::load(&instances_.getNext()->r), color);
+}
+
+[[gnu::always_inline]] inline bool vtxQuadBatcher::updateBlock_(Block const& block, Kept& kept) {
+    if (!isKnown_(block, kept))
+        return false;
+    bool const inPlace = kept.x == transform_.x && kept.y == transform_.y && isSame(kept.visible, view_.visible);
+    return (inPlace || moveBlock_(block, kept)) && (hasSameColors_(block, kept) || colorBlock_(block, kept));
+}
+
+inline bool vtxQuadBatcher::isKnown_(Block const& block, Kept const& kept) {
+    if (!block.key.content || kept.content != block.key.content || !isSame(kept.shape, block.shape) ||
+        (kept.view != viewNumber_ && kept.view != getViewNumber_()) || kept.pageChanges != store_.getPageChanges() ||
+        run_.state.scissorEnabled)
+        return false;
+    bool const glyphs = kept.page == vtxImagePlace::GlyphPage;
+    return kept.page == vtxImagePlace::Alone ||
+           !store_.hasUploads(glyphs ? vtxTextureStore::Pages::Glyph : vtxTextureStore::Pages::Picture);
+}
+
+inline void vtxQuadBatcher::keepBlock_(Kept const& kept) {
+    if (lastUsedLayers_[static_cast<std::size_t>(kept.page)] != kept.layer)
+        useLayer_(kept.page, kept.layer);
+    instances_.keep(kept.instances);
+    blocks_.keep(1);
+}
+
 void vtxQuadBatcher::addBlock(Block const& block) {
     Kept* kept = getNext_(block.key.owner);
     if (!kept) [[unlikely]] {
@@ -106,30 +137,6 @@ void vtxQuadBatcher::dropBlocks_(std::size_t count) {
     blocks_.drop(count);
 }
 
-inline bool vtxQuadBatcher::updateBlock_(Block const& block, Kept& kept) {
-    if (!isKnown_(block, kept))
-        return false;
-    bool const inPlace = kept.x == transform_.x && kept.y == transform_.y && isSame(kept.visible, view_.visible);
-    return (inPlace || moveBlock_(block, kept)) && (hasSameColors_(block, kept) || colorBlock_(block, kept));
-}
-
-inline bool vtxQuadBatcher::isKnown_(Block const& block, Kept const& kept) {
-    if (!block.key.content || kept.content != block.key.content || !isSame(kept.shape, block.shape) ||
-        (kept.view != viewNumber_ && kept.view != getViewNumber_()) || kept.pageChanges != store_.getPageChanges() ||
-        run_.state.scissorEnabled)
-        return false;
-    bool const glyphs = kept.page == vtxImagePlace::GlyphPage;
-    return kept.page == vtxImagePlace::Alone ||
-           !store_.hasUploads(glyphs ? vtxTextureStore::Pages::Glyph : vtxTextureStore::Pages::Picture);
-}
-
-inline void vtxQuadBatcher::keepBlock_(Kept const& kept) {
-    if (lastUsedLayers_[static_cast<std::size_t>(kept.page)] != kept.layer)
-        useLayer_(kept.page, kept.layer);
-    instances_.keep(kept.instances);
-    blocks_.keep(1);
-}
-
 void vtxQuadBatcher::useLayer_(vtxImagePlace page, std::int16_t layer) {
     if (!isRunOpen_())
         openRun_(false);
@@ -161,13 +168,6 @@ void vtxQuadBatcher::setCorner_(vtxQuadInstance& instance, vtxUprightQuad const&
     vtxPair const corner = (quad.from - space_.viewOffset) / space_.viewScale;
     instance.x = static_cast<float>(corner[0]);
     instance.y = static_cast<float>(corner[1]);
-}
-
-inline bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept) {
-    if (block.shape.colorEach)
-        return hasSameColorEach_(block, kept);
-    vtxFloats const color = vtxPairs::load(block.colors[0].ptr()) * vtxFloats{1.0f, 1.0f, 1.0f, block.opacity};
-    return vtxPairs::isSame(vtxPairs::load(&instances_.getNext()->r), color);
 }
 
 bool vtxQuadBatcher::hasSameColorEach_(Block const& block, Kept const& kept) {
@@ -338,6 +338,28 @@ bool vtxQuadBatcher::bindPage_(vtxTextureImage const& image, int sampler) {
 
 // --- Quads ---
 
+[[gnu::always_inline]] inline bool vtxQuadBatcher::repeatQuad_(vtxQuadRepeats::Space const& space,
+                                                               vtxQuad const& quad) {
+    vtxQuadRepeats::Entry const* const made = repeats_.find(space, quad);
+    if (!made)
+        return false;
+    vtxFloats const place = vtxPairs::load(&quad.x);
+    vtxUprightQuad moved;
+    if (!moved.move(space_, vtxPairs::first(place), vtxPairs::last(place), made->length))
+        return false;
+    if (!isRunOpen_())
+        openRun_(false);
+    ++made_;
+    vtxQuadInstance& instance = instances_.append();
+    instance = made->instance;
+    setCorner_(instance, moved);
+    vtxPairs::store(&instance.r, vtxPairs::load(color_.ptr()));
+    instance.source = binding_.source;
+    instance.layer = static_cast<std::uint32_t>(binding_.layer);
+    *binding_.usedLayers |= binding_.layerBit;
+    return true;
+}
+
 void vtxQuadBatcher::makeBlock_(Block const& block) {
     makeSpace_();
     vtxQuadRepeats::Space const space = getRepeatSpace_();
@@ -375,27 +397,6 @@ vtxQuadRepeats::Space vtxQuadBatcher::getRepeatSpace_() {
     // Lone textures have their slots by run.
     bool const repeats = space_.snapped && !binding_.alone && !run_.state.scissorEnabled;
     return {image_, repeats ? getViewNumber_() : 0, store_.getPageChanges()};
-}
-
-bool vtxQuadBatcher::repeatQuad_(vtxQuadRepeats::Space const& space, vtxQuad const& quad) {
-    vtxQuadRepeats::Entry const* const made = repeats_.find(space, quad);
-    if (!made)
-        return false;
-    vtxFloats const place = vtxPairs::load(&quad.x);
-    vtxUprightQuad moved;
-    if (!moved.move(space_, vtxPairs::first(place), vtxPairs::last(place), made->length))
-        return false;
-    if (!isRunOpen_())
-        openRun_(false);
-    ++made_;
-    vtxQuadInstance& instance = instances_.append();
-    instance = made->instance;
-    setCorner_(instance, moved);
-    vtxPairs::store(&instance.r, vtxPairs::load(color_.ptr()));
-    instance.source = binding_.source;
-    instance.layer = static_cast<std::uint32_t>(binding_.layer);
-    *binding_.usedLayers |= binding_.layerBit;
-    return true;
 }
 
 void vtxQuadBatcher::addQuad_(vtxQuad const& quad) {
