@@ -104,6 +104,10 @@ layout(location = 4) in vec4 vtxColour;
 layout(location = 5) in uvec2 vtxSource;
 uniform mat4 vtxProjection;
 out vec2 quadUv;
+out vec2 quadPlace;
+flat out vec2 quadCorner;
+flat out vec4 quadTurn;
+flat out vec4 quadTexture;
 flat out vec4 quadClamp;
 flat out vec4 quadColour;
 flat out uint quadSource;
@@ -114,6 +118,13 @@ void main()
     vec2 point = vtxCorner + vtxEdges.xy * part.x + vtxEdges.zw * part.y;
     gl_Position = vtxProjection * vec4(point, 0.0, 1.0);
     quadUv = mix(vtxTexture.xy, vtxTexture.zw, part);
+    quadPlace = point;
+    quadCorner = vtxCorner;
+    quadTexture = vtxTexture;
+    // From a way in the quad's space to parts of its edges; zero for upright quads.
+    float area = vtxEdges.x * vtxEdges.w - vtxEdges.y * vtxEdges.z;
+    bool turned = area != 0.0 && (vtxEdges.y != 0.0 || vtxEdges.z != 0.0);
+    quadTurn = turned ? vec4(vtxEdges.w, -vtxEdges.z, -vtxEdges.y, vtxEdges.x) / area : vec4(0.0);
     quadClamp = vec4(min(vtxClamp.xy, vtxClamp.zw), max(vtxClamp.xy, vtxClamp.zw));
     quadColour = vec4(vtxColour.rgb * vtxColour.a, vtxColour.a);
     quadSource = vtxSource.x;
@@ -123,6 +134,10 @@ void main()
 
 char const* const quadFragment = R"(
 in vec2 quadUv;
+in vec2 quadPlace;
+flat in vec2 quadCorner;
+flat in vec4 quadTurn;
+flat in vec4 quadTexture;
 flat in vec4 quadClamp;
 flat in vec4 quadColour;
 flat in uint quadSource;
@@ -143,10 +158,20 @@ layout(location = 0) out vec4 result;
                                  R"(
 void main()
 {
+    vec2 coordinates = quadUv;
+    if (quadTurn != vec4(0.0))
+    {
+        // Interpolation rounds otherwise at other places of a target. From the middle of the pixel, which is known,
+        // the coordinates are the same wherever the quad lies by whole pixels.
+        vec2 middle = floor(quadPlace) + 0.5;
+        vec2 place = all(lessThan(abs(quadPlace - middle), vec2(0.01))) ? middle : quadPlace;
+        vec2 way = place - quadCorner;
+        coordinates = mix(quadTexture.xy, quadTexture.zw, vec2(dot(quadTurn.xy, way), dot(quadTurn.zw, way)));
+    }
     // Derivatives exist only outside of the switch.
-    vec2 dx = dFdx(quadUv);
-    vec2 dy = dFdy(quadUv);
-    vec2 uv = clamp(quadUv, quadClamp.xy, quadClamp.zw);
+    vec2 dx = dFdx(coordinates);
+    vec2 dy = dFdy(coordinates);
+    vec2 uv = clamp(coordinates, quadClamp.xy, quadClamp.zw);
     vec3 layered = vec3(uv, quadLayer);
     vec4 texel = vec4(1.0);
     switch (quadSource)

@@ -541,6 +541,14 @@ void vtxQuadBatcher::addUpright_(vtxPair position, vtxPair size, Coordinates con
                   Coordinates{quad.wholeCoordinateFrom, quad.wholeCoordinateTo});
 }
 
+double vtxQuadBatcher::snapTurned_(double place) const {
+    // Steps that rasterizers know as well, and numbers that floats hold without rounding: what lies elsewhere by whole
+    // pixels covers the same pixels. A target of its own moves what is drawn in it.
+    constexpr double step = 1.0 / 256.0;
+    constexpr double farthest = 1 << 15;
+    return view_.aligned && std::abs(place) < farthest ? std::floor(place / step + 0.5) * step : place;
+}
+
 void vtxQuadBatcher::addTurned_(double const (&corner)[2], double const (&edgeU)[2], double const (&edgeV)[2],
                                 Coordinates const& coordinates) {
     if (!std::isfinite(corner[0] + corner[1] + edgeU[0] + edgeU[1] + edgeV[0] + edgeV[1])) {
@@ -564,12 +572,14 @@ void vtxQuadBatcher::addTurned_(double const (&corner)[2], double const (&edgeU)
                                               box.right <= visible.x2 && box.bottom <= visible.y2);
     }
     vtxQuadInstance& instance = append_(box, needsScissor);
-    instance.x = static_cast<float>(corner[0]);
-    instance.y = static_cast<float>(corner[1]);
-    instance.ux = static_cast<float>(edgeU[0]);
-    instance.uy = static_cast<float>(edgeU[1]);
-    instance.vx = static_cast<float>(edgeV[0]);
-    instance.vy = static_cast<float>(edgeV[1]);
+    auto const setAxis = [this](double from, double u, double v, float& start, float& alongU, float& alongV) {
+        double const first = snapTurned_(from);
+        start = static_cast<float>(first);
+        alongU = static_cast<float>(snapTurned_(from + u) - first);
+        alongV = static_cast<float>(snapTurned_(from + v) - first);
+    };
+    setAxis(corner[0], edgeU[0], edgeV[0], instance.x, instance.ux, instance.vx);
+    setAxis(corner[1], edgeU[1], edgeV[1], instance.y, instance.uy, instance.vy);
     fillInstance_(instance, coordinates, coordinates);
 }
 

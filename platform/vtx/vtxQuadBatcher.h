@@ -173,6 +173,8 @@ private:
     vtxPair getLength_(vtxQuadInstance const& instance) const {
         return vtxPairs::nearest(vtxPair{instance.ux, instance.vy} * space_.viewScale);
     }
+    /// Where a corner of a turned quad lies, in one axis.
+    double snapTurned_(double place) const;
     void addTurned_(double const (&corner)[2], double const (&edgeU)[2], double const (&edgeV)[2],
                     Coordinates const& coordinates);
     void reportBadNumber_();
