@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cfloat>
+#include <cstring>
 
 #include "gui_lib/Skin/LookEpoch.h"
 #include "gui_lib/base/SaturatingMath.h"
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "platform/qor/BlockPool.h"
 #include "platform/qor/Truncate.h"
+#include "platform/vtx/vtxPair.h"
 #include "platform/vtx/vtxRenderer.h"
 #include "platform/vtx/vtxShader.h"
 #include "platform/vtx/vtxTexture.h"
@@ -19,14 +21,18 @@ namespace gui {
 namespace {
 
 unsigned packColor(osg::Vec4f const& color) {
-    unsigned word = 0;
-    for (int i = 0; i < 4; ++i) {
-        // What is no number counts as 0.
-        float const component = color[i] * 255.0f;
-        unsigned const byte = component > 0.0f ? static_cast<unsigned>(std::min(component, 255.0f)) : 0;
-        word |= byte << (8 * i);
-    }
-    return word;
+    using Bytes = int __attribute__((vector_size(16)));
+    constexpr vtxFloats least = {};
+    constexpr vtxFloats most = {255.0f, 255.0f, 255.0f, 255.0f};
+    vtxFloats const wanted = vtxPairs::load(color.ptr()) * 255.0f;
+    // What is no number counts as 0.
+    vtxFloats const positive = wanted > least ? wanted : least;
+    Bytes const bytes = __builtin_convertvector(positive < most ? positive : most, Bytes);
+    return static_cast<unsigned>(bytes[0] | bytes[1] << 8 | bytes[2] << 16) | static_cast<unsigned>(bytes[3]) << 24;
+}
+
+bool differInColorsOnly(Bkg::Info const& one, Bkg::Info const& other) {
+    return one.rect == other.rect && one.insets == other.insets && one.file == other.file;
 }
 
 constexpr auto unpackedBytes = [] {
@@ -77,9 +83,16 @@ void Bkg::set(Info const& info) {
 
 void Bkg::setShared(Info const& info) {
     unsigned const epoch = skin::LookEpoch::now();
-    if (shared_ == &info && sharedEpoch_ == epoch)
+    Info const* const last = sharedEpoch_ == epoch ? shared_ : nullptr;
+    if (last == &info)
         return;
-    set(info);
+    if (last && differInColorsOnly(*last, info) && info.cellColors.size() == CellCount) {
+        bool const others = storeColors_(info.cellColors);
+        geometryDirty = geometryDirty || others;
+        colorsDirty_ = true;
+    } else {
+        set(info);
+    }
     shared_ = &info;
     sharedEpoch_ = epoch;
 }
@@ -88,7 +101,25 @@ void Bkg::setCellColors(qor::vector<osg::Vec4f> const& colors) {
     shared_ = nullptr;
     if (colors.size() != CellCount)
         return;
-    std::transform(colors.begin(), colors.end(), cellColors, packColor);
+    storeColors_(colors);
+    // The colours before these are to be shown: these take their place.
+    geometryDirty = geometryDirty || colorsDirty_;
+}
+
+bool Bkg::storeColors_(qor::vector<osg::Vec4f> const& colors) {
+    // Neighbours are mostly of one colour.
+    bool others = false;
+    unsigned color = 0;
+    osg::Vec4f const* packed = nullptr;
+    for (int cell = 0; cell < CellCount; ++cell) {
+        osg::Vec4f const& wanted = colors[static_cast<std::size_t>(cell)];
+        if (!packed || std::memcmp(packed, &wanted, sizeof(wanted)) != 0)
+            color = packColor(wanted);
+        packed = &wanted;
+        others = others || (color == 0) != (cellColors[cell] == 0);
+        cellColors[cell] = color;
+    }
+    return others;
 }
 
 void Bkg::setInsets(Insets const& newInsets) {
@@ -196,14 +227,24 @@ void Bkg::calcCellTexCoords_() {
     cellTexCoords[RightBottom] = {u.high, v.high, u.max, v.max};
 }
 
+bool Bkg::isCellDrawn_(int cell) const {
+    return cellColors[cell] != 0 && cellQuads[cell].x2 > 0.0f && cellQuads[cell].y2 > 0.0f;
+}
+
 void Bkg::doRedraw() {
-    if (!quadsDirty)
-        return;
+    if (quadsDirty)
+        buildQuads_();
+    if (quadsDirty || colorsDirty_)
+        colorQuads_();
+    quadsDirty = colorsDirty_ = false;
+}
+
+void Bkg::buildQuads_() {
     quads.count = 0;
     for (int cell = 0; cell < CellCount; ++cell) {
-        Rect const& rect = cellQuads[cell];
-        if (cellColors[cell] == 0 || !(rect.x2 > 0.0f) || !(rect.y2 > 0.0f))
+        if (!isCellDrawn_(cell))
             continue;
+        Rect const& rect = cellQuads[cell];
         vtxShaderBkgQuads::BkgQuad quad = {};
         quad.x = static_cast<float>(position.x()) + rect.x1;
         quad.y = static_cast<float>(position.y()) + rect.y1;
@@ -216,10 +257,23 @@ void Bkg::doRedraw() {
             quad.uMax = coords.x2;
             quad.vMax = coords.y2;
         }
-        colorsToDraw[quads.count] = unpackColor(cellColors[cell]);
         quads.addQuad(quad);
     }
-    quadsDirty = false;
+}
+
+void Bkg::colorQuads_() {
+    int count = 0;
+    unsigned word = 0;
+    osg::Vec4f color;
+    for (int cell = 0; cell < CellCount; ++cell) {
+        if (!isCellDrawn_(cell))
+            continue;
+        if (cellColors[cell] != word) {
+            word = cellColors[cell];
+            color = unpackColor(word);
+        }
+        colorsToDraw[count++] = color;
+    }
 }
 
 void Bkg::draw() const {

@@ -68,7 +68,8 @@ public:
     // --- Description ---
     /// Takes texture, insets and colours, and always asks for a new layout.
     void set(Info const& info);
-    /// As `set`, for an `info` that stays as it is while `LookEpoch` does: at once where it is what was set last.
+    /// As `set`, for an `info` that stays as it is while `LookEpoch` does: at once where it is what was set last, and
+    /// without a new layout where it differs from that in colours only.
     void setShared(Info const& info);
     /// Ignored unless there are nine. Shows after the next layout, which the colours alone do not ask for.
     void setCellColors(qor::vector<osg::Vec4f> const& colors);
@@ -99,8 +100,13 @@ private:
         float x1, y1, x2, y2;
     };
 
+    /// True if other cells are seen than before; `colors` are nine.
+    bool storeColors_(qor::vector<osg::Vec4f> const& colors);
+    bool isCellDrawn_(int cell) const;
     void calcCellQuads_();
     void calcCellTexCoords_();
+    void buildQuads_();
+    void colorQuads_();
 
     osg::Vec2i position;
     osg::Vec2i size;
@@ -113,6 +119,7 @@ private:
     Rect cellTexCoords[CellCount];        ///< uMin, vMin, uMax, vMax
     bool geometryDirty = false;
     bool quadsDirty = false;
+    bool colorsDirty_ = false;
     unsigned sharedEpoch_ = 0;
     /// What texture, insets and colours are those of, in that epoch; null for nothing that is shared.
     Info const* shared_ = nullptr;

@@ -5,6 +5,7 @@
 #include "gui_lib/graphics/GraphicCommands.h"
 #include "gui_lib/widget/WidgetHandler.h"
 #include "gui_lib/windows/Window.h"
+#include "host/Assets.h"
 #include "host/CommandPlayer.h"
 #include "platform/trace/vtxTraceLog.h"
 #include "platform/vtx/vtxFrameBuffer.h"
@@ -124,6 +125,43 @@ TEST(SkinDrawables, ALookThatIsWrittenShowsAtTheNextRedraw) {
     host.frame();
     EXPECT_EQ(box->look().bkg->getColorsToDraw()[0], bkg.cellColors[gui::Bkg::CenterCenter]);
     EXPECT_EQ(box->look().text->getColor(), text.color);
+}
+
+TEST(SkinDrawables, AStateThatFollowsAnotherDrawsAsIfItHadBeenTheFirst) {
+    host::addToolkitAssets();
+    char const* const looks[] = {
+        "center_center = '336699ff', left_top = 'ff0000ff', insets = {left = 2, top = 3}",
+        "center_center = '00ff0080', left_top = 'ff0000ff', insets = {left = 2, top = 3}",
+        "center_center = '00ff0080', left_top = '00000000', insets = {left = 2, top = 3}",
+        "center_center = '00000000', left_top = 'ff0000ff', insets = {left = 2, top = 3}",
+        "center_center = '336699ff', left_top = 'ff0000ff', insets = {left = 5, top = 3}",
+        "center_center = '336699ff', left_top = 'ff0000ff', insets = {left = 2, top = 3}, file = 'atlas/parts.png'",
+    };
+    constexpr int count = std::size(looks);
+    std::string states;
+    for (char const* const look : looks)
+        states += std::string("{bkg = {") + look + "}, " + textState + "}, ";
+    TestHost host("Skin = {a = function() return {skinData = {states = {released = {" + states + "}}}} end}");
+    auto const show = [&host](SkinBox& box, int look) {
+        box.inner = look + 1;
+        box.setDirty(gui::Widget::DirtySelf);
+        host.frame();
+        return host.traceDraw(box);
+    };
+    auto const makeBox = [] {
+        auto* const box = new SkinBox("a");
+        box->place(3, 4, 60, 30);
+        box->setText(L"x");
+        return box;
+    };
+    std::vector<std::string> alone;
+    for (int look = 0; look < count; ++look)
+        alone.push_back(show(*makeBox(), look));
+    SkinBox& box = *makeBox();
+    for (int from = 0; from < count; ++from)
+        for (int to = 0; to < count; ++to)
+            for (int const look : {from, to})
+                EXPECT_EQ(show(box, look), alone[std::size_t(look)]) << from << " to " << to;
 }
 
 TEST(SkinDrawables, LinesAreBroughtUpToDateBeforeTheyAreGiven) {
