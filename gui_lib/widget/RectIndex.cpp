@@ -15,6 +15,7 @@ constexpr int leafCount = 8;
 void RectIndex::build(qor::span<Rect const> rects) {
     items_.clear();
     nodes_.clear();
+    last_.certain = false;
     for (Rect const& rect : rects)
         items_.push_back({rect, static_cast<int>(items_.size())});
     if (!items_.empty())

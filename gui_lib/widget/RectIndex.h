@@ -15,13 +15,16 @@ public:
     void build(qor::span<Rect const> rects);
 
     /// The last rectangle that holds the point and that `accept`, a function of its place, answers true for; -1 if
-    /// there is none. Not all that hold the point are asked.
+    /// there is none. Not all that hold the point are asked; a point that comes again is answered from memory as long
+    /// as that rectangle is accepted.
     template <class Accept>
-    int findLast(osg::Vec2i const& point, Accept const& accept) const {
-        int best = -1;
-        if (!nodes_.empty())
-            find_(0, point, accept, best);
-        return best;
+    int findLast(osg::Vec2i const& point, Accept const& accept) {
+        // A copy: whoever is asked may ask again.
+        Answer const known = last_;
+        if (known.certain && known.point == point && (known.place < 0 || accept(known.place)))
+            return known.place;
+        last_ = search_(point, accept);
+        return last_.place;
     }
 
 private:
@@ -38,25 +41,47 @@ private:
         int count;
         int second;
     };
+    struct Answer {
+        osg::Vec2i point;
+        int place;
+        /// No rectangle that holds the point was declined, so that no other can take the place of the one that was not.
+        bool certain;
+    };
 
     static bool holds_(Rect const& rect, osg::Vec2i const& point) {
         return point.x() >= rect.x1 && point.x() <= rect.x2 && point.y() >= rect.y1 && point.y() <= rect.y2;
     }
 
     template <class Accept>
-    void find_(int index, osg::Vec2i const& point, Accept const& accept, int& best) const {
-        Node const& node = nodes_[static_cast<std::size_t>(index)];
-        if (node.lastPlace <= best || !holds_(node.box, point))
-            return;
-        if (node.second != 0) {
-            find_(index + 1, point, accept, best);
-            find_(node.second, point, accept, best);
-            return;
+    Answer search_(osg::Vec2i const& point, Accept const& accept) const {
+        Answer answer{point, -1, true};
+        // Counts are halved from level to level.
+        int open[32] = {0};
+        for (int openCount = nodes_.empty() ? 0 : 1; openCount > 0;) {
+            int const index = open[--openCount];
+            Node const& node = nodes_[static_cast<std::size_t>(index)];
+            if (!holds_(node.box, point) || node.lastPlace <= answer.place)
+                continue;
+            if (node.second != 0) {
+                open[openCount++] = node.second;
+                open[openCount++] = index + 1;
+            } else {
+                searchLeaf_(node, accept, answer);
+            }
         }
+        return answer;
+    }
+
+    template <class Accept>
+    void searchLeaf_(Node const& node, Accept const& accept, Answer& answer) const {
         for (int i = node.first; i < node.first + node.count; ++i) {
             Item const& item = items_[static_cast<std::size_t>(i)];
-            if (item.place > best && holds_(item.rect, point) && accept(item.place))
-                best = item.place;
+            if (!holds_(item.rect, answer.point) || item.place <= answer.place)
+                continue;
+            if (accept(item.place))
+                answer.place = item.place;
+            else
+                answer.certain = false;
         }
     }
 
@@ -64,6 +89,7 @@ private:
 
     qor::vector<Item> items_;
     qor::vector<Node> nodes_;
+    Answer last_ = {osg::Vec2i(), -1, false};
 };
 
 }  // namespace gui

@@ -228,9 +228,22 @@ TEST(WindowViewHits, ManyWidgetsAreFoundAsByAskingEach) {
     for (bool const wide : {true, false}) {
         for (int round = 0; round < 200; ++round) {
             Vec2i const point = view->widgetToScreen(Vec2i(pick(640) - 20, pick(440) - 20));
+            auto const hit = [&] { return view->getWidgetAtScreenPoint(point); };
+            auto const hitByWalk = [&] { return view->gui::Container::getWidgetAtScreenPoint(point); };
             // Asked again the places count as at rest.
             for (int i = 0; i < 3; ++i)
-                ASSERT_EQ(view->getWidgetAtScreenPoint(point), view->gui::Container::getWidgetAtScreenPoint(point));
+                ASSERT_EQ(hit(), hitByWalk());
+            // What is found at the same point follows what is shown there.
+            qor::small_vector<Widget*, 8> hidden;
+            for (; hit() && hit() != view; hidden.back()->setVisible(false)) {
+                hidden.push_back(hit());
+                ASSERT_EQ(hidden.back(), hitByWalk());
+            }
+            for (; !hidden.empty(); hidden.pop_back()) {
+                hidden.back()->setVisible(true);
+                ASSERT_EQ(hit(), hidden.back());
+                ASSERT_EQ(hit(), hitByWalk());
+            }
             if (round % 20 == 0)
                 widgets[std::size_t(pick(100))]->setPosition(Vec2i(pick(560), pick(360)));
         }
