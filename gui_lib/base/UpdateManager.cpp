@@ -4,56 +4,87 @@
 #include "gui_lib/base/UpdateTarget.h"
 #include "platform/qor/Log.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace gui {
+
+namespace {
+
+/// So few are looked through sooner than found by a table.
+constexpr std::size_t fewTargets = 16;
+
+}  // namespace
 
 UpdateManager* UpdateManager::instance_ = nullptr;
 
 // --- TargetList ---
 
+std::size_t UpdateManager::TargetList::find_(UpdateTarget* target) const {
+    if (!indices_.empty()) {
+        auto const found = indices_.find(target);
+        return found == indices_.end() ? absent_ : found->second;
+    }
+    auto const found = std::find(slots_.begin(), slots_.end(), target);
+    return found == slots_.end() ? absent_ : static_cast<std::size_t>(found - slots_.begin());
+}
+
 bool UpdateManager::TargetList::append(UpdateTarget* target) {
     if (contains(target))
         return false;
-    if (spares_.empty()) {
-        indices_.emplace(target, slots_.size());
-    } else {
-        Indices::node_type entry = std::move(spares_.back());
-        spares_.pop_back();
-        entry.key() = target;
-        entry.mapped() = slots_.size();
-        indices_.insert(std::move(entry));
-    }
     slots_.push_back(target);
+    ++count_;
+    if (!indices_.empty())
+        addIndex_(slots_.size() - 1);
+    else if (slots_.size() > fewTargets)
+        for (std::size_t slot = 0; slot < slots_.size(); ++slot)
+            addIndex_(slot);
     return true;
 }
 
-void UpdateManager::TargetList::erase(UpdateTarget* target, bool keepSlots) {
-    auto found = indices_.find(target);
-    if (found == indices_.end())
+void UpdateManager::TargetList::addIndex_(std::size_t slot) {
+    UpdateTarget* const target = slots_[slot];
+    if (!target)
         return;
-    slots_[found->second] = nullptr;
-    forget_(found);
+    if (spares_.empty()) {
+        indices_.emplace(target, slot);
+        return;
+    }
+    Indices::node_type entry = std::move(spares_.back());
+    spares_.pop_back();
+    entry.key() = target;
+    entry.mapped() = slot;
+    indices_.insert(std::move(entry));
+}
+
+void UpdateManager::TargetList::erase(UpdateTarget* target, bool keepSlots) {
+    std::size_t const slot = find_(target);
+    if (slot == absent_)
+        return;
+    slots_[slot] = nullptr;
+    --count_;
+    if (!indices_.empty())
+        forget_(indices_.find(target));
     // Closing the holes only once they are the half keeps a removal cheap among many.
-    if (!keepSlots && indices_.size() <= slots_.size() / 2)
+    if (!keepSlots && count_ <= slots_.size() / 2)
         compact();
 }
 
 void UpdateManager::TargetList::compact() {
-    if (indices_.size() == slots_.size())
+    if (count_ == slots_.size())
         return;
-    std::size_t kept = 0;
-    for (UpdateTarget* target : slots_) {
-        if (!target)
-            continue;
-        indices_[target] = kept;
-        slots_[kept++] = target;
+    slots_.erase(std::remove(slots_.begin(), slots_.end(), nullptr), slots_.end());
+    if (slots_.size() <= fewTargets) {
+        while (!indices_.empty())
+            forget_(indices_.begin());
     }
-    slots_.resize(kept);
+    for (std::size_t slot = 0; !indices_.empty() && slot < slots_.size(); ++slot)
+        indices_[slots_[slot]] = slot;
 }
 
 void UpdateManager::TargetList::clear() {
     slots_.clear();
+    count_ = 0;
     while (!indices_.empty())
         forget_(indices_.begin());
 }

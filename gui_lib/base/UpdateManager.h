@@ -45,7 +45,7 @@ private:
         bool append(UpdateTarget* target);
         /// A removed target leaves an empty slot; `keepSlots` forbids to close such slots at once.
         void erase(UpdateTarget* target, bool keepSlots);
-        bool contains(UpdateTarget* target) const { return indices_.find(target) != indices_.end(); }
+        bool contains(UpdateTarget* target) const { return find_(target) != absent_; }
         void compact();
         void clear();
         std::size_t size() const { return slots_.size(); }
@@ -54,9 +54,17 @@ private:
     private:
         using Indices = qor::hash_map<UpdateTarget*, std::size_t>;
 
+        static constexpr auto absent_ = static_cast<std::size_t>(-1);
+
+        /// Compares addresses only: a target may have died.
+        std::size_t find_(UpdateTarget* target) const;
+        void addIndex_(std::size_t slot);
         void forget_(Indices::iterator place);
 
         qor::vector<UpdateTarget*> slots_;
+        /// Slots in use.
+        std::size_t count_ = 0;
+        /// Of all targets, while they are too many to be looked through; else empty.
         Indices indices_;
         /// Entries out of use: tooltips join and leave with every move of the mouse, which must allocate nothing.
         qor::vector<Indices::node_type> spares_;

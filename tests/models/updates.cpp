@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <numeric>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -12,7 +13,7 @@ namespace models {
 
 namespace {
 
-constexpr int slots = 8, actCount = 6;
+constexpr int slots = 40, actCount = 6;
 
 /// Times are told in quarters of a second.
 constexpr double quarter = 0.25;
@@ -20,6 +21,8 @@ constexpr double quarter = 0.25;
 /// Who is called in which order, with which time, in plain lists of target numbers.
 class Model : public Side {
 public:
+    Model() { std::iota(std::begin(numbers), std::end(numbers), 0); }
+
     void add(int slot) {
         tell("added at", time);
         std::vector<int>& list = depth > 0 ? pendingAdd : targets;
@@ -74,7 +77,7 @@ public:
     void describe() {}
 
     std::vector<int> targets, pendingAdd, pendingRemove, retired;
-    int numbers[slots] = {0, 1, 2, 3, 4, 5, 6, 7};
+    int numbers[slots];
     int made = slots, depth = 0, time = 0;
 };
 
@@ -116,7 +119,7 @@ private:
 class Updates : public Pair<Toolkit, Model> {
 public:
     Updates() {
-        add("add", 4, {slots}, [](auto& side, int slot, auto...) { side.add(slot); });
+        add("add", 12, {slots}, [](auto& side, int slot, auto...) { side.add(slot); });
         add("remove", 3, {slots}, [](auto& side, int slot, auto...) { side.remove(slot); });
         add("replace", 1, {slots}, [](auto& side, int slot, auto...) { side.replace(slot); });
         add("trap", 8, {slots, actCount, slots}, [](auto& side, int slot, int action, int other) {
