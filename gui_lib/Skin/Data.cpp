@@ -172,7 +172,8 @@ Data::InnerTable const* Data::findInnerStateInfos_(InteractiveState state) const
 }
 
 StateInfo* Data::findStateInfo_(InteractiveState state, int inner) const {
-    // A redraw asks for one look after the other of a table that most widgets of a class share.
+    // A redraw asks for one look after the other of a table that most widgets of a class share, and a change of state
+    // goes back and forth between two.
     struct Answer {
         StateTable const* table = nullptr;
         unsigned epoch = 0;
@@ -180,7 +181,8 @@ StateInfo* Data::findStateInfo_(InteractiveState state, int inner) const {
         int inner = 0;
         StateInfo* found = nullptr;
     };
-    static Answer last;
+    static Answer answers[interactiveStateCount];
+    Answer& last = answers[static_cast<unsigned>(state) % interactiveStateCount];
     unsigned const epoch = LookEpoch::now();
     if (last.table != states.get() || last.epoch != epoch || last.state != state || last.inner != inner)
         last = {states.get(), epoch, state, inner, searchStateInfo_(state, inner)};

@@ -48,12 +48,15 @@ void TooltipUpdateTarget::stop() {
 void TooltipUpdateTarget::resetStartTime() { startTime = UpdateManager::get().getTime(); }
 
 void TooltipUpdateTarget::update(double time) {
+    if (!manager_.getTooltip())
+        return;
+    double const elapsed = time - startTime;
+    // The surface's mouse function is the host's, and may end the tooltip.
+    qor::basic_string<wchar_t> const& text = manager_.getTooltipText();
     Tooltip* const tooltip = manager_.getTooltip();
     if (!tooltip)
         return;
-    Times const times = getTimes(*tooltip);
-    double const elapsed = time - startTime;
-    qor::basic_string<wchar_t> const& text = manager_.getTooltipText();
+    Times const times = text.empty() ? Times{} : getTimes(*tooltip);
     if (text.empty() || elapsed > times.duration) {
         stop();
         return;
