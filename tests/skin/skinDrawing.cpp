@@ -158,6 +158,11 @@ TEST(SkinDrawables, AStateThatFollowsAnotherDrawsAsIfItHadBeenTheFirst) {
     for (int look = 0; look < count; ++look)
         alone.push_back(show(*makeBox(), look));
     SkinBox& box = *makeBox();
+    show(box, 1);
+    show(box, 0);
+    osg::Vec4f const* const colors = box.look().bkg->getColorsToDraw();
+    EXPECT_EQ(colors[0], osg::Vec4f(1, 0, 0, 1));
+    EXPECT_EQ(colors[1], osg::Vec4f(0x33 / 255.0f, 0x66 / 255.0f, 0x99 / 255.0f, 1));
     for (int from = 0; from < count; ++from)
         for (int to = 0; to < count; ++to)
             for (int const look : {from, to})
