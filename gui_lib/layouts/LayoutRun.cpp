@@ -15,7 +15,8 @@ LayoutRun::LayoutRun(Layout& layout)
     Container const* const owner = getContainer();
     if (!owner)
         return;
-    readsChildren_ = owner->showsAllChildren_();
+    // Lasting answers build on that, too.
+    readsChildren_ = layout.knowsLasting_() || owner->showsAllChildren_();
     osg::RectImpl<osg::Vec2i> const client = owner->getClientRect();
     origin_.set(client.x1, client.y1);
     room_.set(saturatingSubtract(client.x2, client.x1), saturatingSubtract(client.y2, client.y1));

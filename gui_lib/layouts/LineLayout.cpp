@@ -221,7 +221,12 @@ void LineLayout::placeStretched_(LayoutRun const& run) {
 int LineLayout::placeKnown_(LayoutRun const& run, int& begin) {
     if (!sharesHold_ || !placesKnownPlainly_ || !knowsLasting_())
         return 0;
-    int const across = 1 - mainAxis_;
+    return mainAxis_ == AxisHorz ? placeKnownAlong_<AxisHorz>(run, begin) : placeKnownAlong_<AxisVert>(run, begin);
+}
+
+template <LineLayout::Axis along>
+int LineLayout::placeKnownAlong_(LayoutRun const& run, int& begin) {
+    constexpr int across = 1 - along;
     Align const& align = getAlign_(across);
     std::uint64_t const stamp = MeasurePass::getStamp();
     int const count = static_cast<int>(knownChildren_.size());
@@ -232,9 +237,9 @@ int LineLayout::placeKnown_(LayoutRun const& run, int& begin) {
         int to = 0;
         align.calc(known.wanted[across], run.getRoom()[across], from, to);
         Box box;
-        box.position[mainAxis_] = begin;
+        box.position[along] = begin;
         box.position[across] = saturatingAdd(run.getOrigin()[across], from);
-        box.size[mainAxis_] = shares_[static_cast<std::size_t>(i)].size;
+        box.size[along] = shares_[static_cast<std::size_t>(i)].size;
         box.size[across] = saturatingSubtract(to, from);
         if (!run.place(child, known.limits, box.size, box.position))
             return -1;
@@ -244,7 +249,7 @@ int LineLayout::placeKnown_(LayoutRun const& run, int& begin) {
             begin = stepOver_(begin, run.getChild(i));
             return i + 1;
         }
-        begin = saturatingAdd(begin, saturatingAdd(gap, run.getPlainSize(child)[mainAxis_]));
+        begin = saturatingAdd(begin, saturatingAdd(gap, run.getPlainSize(child)[along]));
     }
     return count;
 }

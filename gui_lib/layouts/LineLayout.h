@@ -75,6 +75,8 @@ private:
     /// Places children that are known, from the first to the last or until the host has changed anything. Answers how
     /// many; -1 where the walk ends.
     int placeKnown_(LayoutRun const& run, int& begin);
+    template <Axis along>
+    int placeKnownAlong_(LayoutRun const& run, int& begin);
 
     Axis mainAxis_;
     /// Of each child, once `measureLasting_` has read them.

@@ -269,6 +269,10 @@ void Widget::onPlaceChanged_() {
         forgetMeasures_();
 }
 
+inline bool Widget::isUnheard_() const {
+    return !callbacks && VirtualTable::of(*this).sharesAll(widgetTable, &Widget::callWidgetCallbacks_);
+}
+
 void Widget::setPosition(osg::Vec2i const& newPosition) {
     if (newPosition != position)
         onPositionChanged_(newPosition);
@@ -278,7 +282,8 @@ void Widget::onPositionChanged_(osg::Vec2i const& newPosition) {
     static int const type = getWidgetCallbackType(positionCallbackName);
     position = newPosition;
     onPlaceChanged_();
-    callWidgetCallbacks_(type);
+    if (!isUnheard_())
+        callWidgetCallbacks_(type);
 }
 
 osg::Vec2i Widget::getPosition() const { return position; }
@@ -298,7 +303,8 @@ void Widget::onSizeChanged_(osg::Vec2i const& newSize) {
         skin->setSizeChanged();
     setDirty(DirtySelf);
     setDirtySize(false);
-    callWidgetCallbacks_(type);
+    if (!isUnheard_())
+        callWidgetCallbacks_(type);
 }
 
 osg::Vec2i Widget::getSize() const { return size; }
@@ -562,10 +568,20 @@ bool Widget::isSettled_() const {
 }
 
 Widget* Widget::getSettledRoot_() const {
-    Widget* root = nullptr;
+    // Children of one parent ask one after the other.
+    struct Answer {
+        WidgetHandler const* parent = nullptr;
+        std::uint64_t stamp = 0;
+        Widget* root = nullptr;
+    };
+    static Answer last;
+    std::uint64_t const stamp = MeasurePass::getStamp();
+    if (last.parent == parent && last.stamp == stamp)
+        return last.root;
+    last = {parent, stamp, nullptr};
     for (Widget* up = WidgetHandler::get(parent); up; up = WidgetHandler::get(up->parent))
-        root = up;
-    return root;
+        last.root = up;
+    return last.root;
 }
 
 osg::Vec2i Widget::screenToSettledWidget_(osg::Vec2i const& point) const {

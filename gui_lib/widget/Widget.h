@@ -338,6 +338,8 @@ private:
     osg::Vec2i climbToTarget_(osg::Vec2i const& own, Widget const* target) const;
     /// The own place in the parent is another.
     void onPlaceChanged_();
+    /// It has no callbacks, and its class adds nothing to calling them.
+    bool isUnheard_() const;
     /// Whether minimum, maximum and preferred size come from the toolkit's own functions, and depend neither on place,
     /// size and state nor on pictures: they stay until `forgetSizes_`.
     bool sizesLast_() const;

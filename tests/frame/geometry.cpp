@@ -5,6 +5,7 @@
 #include "gui_lib/controls/small/Panel.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/frame/WindowsManager.h"
+#include "gui_lib/layouts/MeasurePass.h"
 #include "gui_lib/windows/OffscreenWindow.h"
 #include "gui_lib/windows/Window.h"
 #include "platform/trace/vtxTraceLog.h"
@@ -96,6 +97,27 @@ TEST(Surfaces, HaveAMouseOfTheirOwn) {
     EXPECT_FALSE(gui.getHasMouseInputAtScreenPoint(450, 30)) << "only surface 0 answers for the host's scene";
     gui.setSurfaceMouseFunc(id, {});
     EXPECT_EQ(gui.getMousePosition(id), Vec2i(450, 30));
+}
+
+TEST(Surfaces, AreAskedForTheirMouseByWhatMovesOnThemInOnePass) {
+    support::TestHost host;
+    GUI& gui = *GUI::get();
+    int const id = gui.createSurface();
+    int asked = 0;
+    gui.setSurfaceMouseFunc(id, [&asked](int x, int y) { return ++asked, Vec2i(x, y); });
+    gui::Panel* panels[2];
+    for (int i = 0; i < 2; ++i) {
+        panels[i] = new gui::Panel;
+        showWindow(Vec2i(0, 0), Vec2i(100, 100), i == 0 ? 0 : id)->insertWidget(panels[i], -1);
+    }
+    asked = 0;
+    gui::MeasurePass const pass;
+    for (int step = 1; step < 4; ++step) {
+        panels[0]->setPosition(Vec2i(step, 0));
+        EXPECT_EQ(asked, step - 1);
+        panels[1]->setPosition(Vec2i(step, 0));
+        EXPECT_EQ(asked, step);
+    }
 }
 
 TEST(Surfaces, AreDrawnIntoTheirTargetWithoutTheScreensPlace) {

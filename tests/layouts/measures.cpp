@@ -7,6 +7,7 @@
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/Skin/TextMeasure.h"
+#include "gui_lib/base/CallbackTypes.h"
 #include "gui_lib/controls/labels/Static.h"
 #include "gui_lib/frame/GUI.h"
 #include "gui_lib/layouts/HorzLayout.h"
@@ -271,6 +272,29 @@ TEST(Measures, AnOverrideIsAskedInEveryResize) {
     inner->insertWidget(new gui::Static, -1);
     box->setSize(Vec2i(140, 60));
     EXPECT_EQ(describeChildren(*inner), "0,0 70x60 | 70,0 70x60");
+}
+
+/// Hears of itself without a callback.
+struct Hearing : gui::Static {
+    void callWidgetCallbacks_(int type) override { told.push_back(type), gui::Static::callWidgetCallbacks_(type); }
+
+    std::vector<int> told;
+};
+
+TEST(Measures, AnOverrideHearsOfPlacesAndSizes) {
+    support::TestHost host(makeSkins());
+    auto* const box = new Box(Vec2i(100, 60));
+    auto* const row = new HorzLayout(0);
+    row->setHorzAlign({Align::Stretch, 0});
+    row->setVertAlign({Align::Stretch, 0});
+    box->setLayout(row->handler());
+    box->insertWidget(new gui::Static, -1);
+    auto* const hearing = new Hearing;
+    box->insertWidget(hearing, -1);
+    hearing->told.clear();
+    box->setSize(Vec2i(120, 60));
+    EXPECT_EQ(hearing->told, (std::vector<int>{gui::getWidgetCallbackType(Widget::sizeCallbackName),
+                                               gui::getWidgetCallbackType(Widget::positionCallbackName)}));
 }
 
 // --- Counts ---
