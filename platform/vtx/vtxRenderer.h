@@ -88,6 +88,8 @@ public:
     /// Loads an effect file; null on failure. The cause is logged, once a path, or told to `error` if that is not null.
     virtual vtxEffectShader* createEffectShader(char const* path, qor::basic_string<char>* error = nullptr) = 0;
 
+    /// The model-view composed with a translation (GUI units), as a ModelViewMatrixGuard composes it.
+    virtual void translateModelView(float x, float y, float z) = 0;
     /// The opacity multiplier in force; guards read it to put it back.
     virtual float getOpacity() = 0;
     /// Counts the renderers made so far; pooled objects that outlive one compare it and do nothing when stale.

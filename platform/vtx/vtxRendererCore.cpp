@@ -319,9 +319,9 @@ void vtxRendererCore::setModelViewMatrix(osg::Matrixf const& matrix) {
     stale_ |= StaleTransform;
 }
 
-void vtxRendererCore::composeModelView_(float x, float y) {
+void vtxRendererCore::composeModelView_(float x, float y, float z) {
     osg::Matrixf matrix = settings_.modelView;
-    vtxTranslation::postMultTranslate(matrix, {x, y, 0.0f});
+    vtxTranslation::postMultTranslate(matrix, {x, y, z});
     setModelViewMatrix(matrix);
 }
 

@@ -11,6 +11,7 @@
 #include "platform/vtx/vtxStack.h"
 #include "platform/vtx/vtxTargetPool.h"
 #include "platform/vtx/vtxTextureStore.h"
+#include "platform/vtx/vtxTranslation.h"
 
 #include <atomic>
 #include <cstring>
@@ -112,14 +113,28 @@ public:
     void popProjectionMatrix() override;
     void setModelViewMatrix(osg::Matrixf const& matrix) override;
     osg::Matrixf const& getModelViewMatrix() override { return settings_.modelView; }
-    /// The model-view composed with a translation in GUI units.
+    void translateModelView(float x, float y, float z) override {
+        float const scale = getScale();
+        vtxTranslation::Place const by{scale * x, scale * y, scale * z};
+        if (!settings_.modelViewTranslates || traceWanted_()) [[unlikely]] {
+            composeModelView_(by.x, by.y, by.z);
+            return;
+        }
+        vtxTranslation::Place const place = vtxTranslation::compose(vtxTranslation::getPlace(settings_.modelView), by);
+        if (!place.isFinite()) [[unlikely]] {
+            report(vtxMisuse::BadNumber, "setModelViewMatrix");
+            return;
+        }
+        vtxTranslation::setPlace(settings_.modelView, place);
+    }
+    /// The same by whole units.
     void translateModelView(osg::Vec2i const& by) {
         float const scale = getScale();
         float const x = scale * static_cast<float>(by.x());
         float const y = scale * static_cast<float>(by.y());
         osg::Matrixf& matrix = settings_.modelView;
         if (!settings_.modelViewTranslates || traceWanted_()) [[unlikely]] {
-            composeModelView_(x, y);
+            composeModelView_(x, y, 0.0f);
             return;
         }
         // As no part is the negative zero, the products by 0 of the long way add nothing.
@@ -274,7 +289,7 @@ private:
     bool traceWanted_() const { return *traceSwitch_; }
     void traceNow_(char const* operation, char const* format, ...) __attribute__((format(printf, 3, 4)));
     void changeOpacity_(float opacity);
-    void composeModelView_(float x, float y);
+    void composeModelView_(float x, float y, float z);
 
     std::unique_ptr<vtxDevice> device_;
     bool const* traceSwitch_;
