@@ -17,12 +17,15 @@ void rotate(osg::Matrixf& matrix, float const* values) {
 
 void GraphicCommandModelViewMatrix::draw() {
     vtxRenderer& renderer = *vtxRenderer::get();
-    // A step on the stack mostly stands alone, and then needs no matrix.
-    unsigned const onlyStep = ops.size() == 1 ? ops.front().type : 0;
+    // A step mostly stands alone, and these then need no matrix here.
+    ModelViewOp const& first = ops.data()[0];
+    unsigned const onlyStep = ops.size() == 1 ? first.type : 0;
     if (onlyStep == ModelViewOp::MvPush)
         renderer.pushModelViewMatrix();
     else if (onlyStep == ModelViewOp::MvPop)
         renderer.popModelViewMatrix();
+    else if (onlyStep == ModelViewOp::MvSetTranslate)
+        renderer.translateModelView(first.values[0], first.values[1], first.values[2]);
     else
         compose_(renderer);
 }
