@@ -21,6 +21,10 @@ public:
 
     BkgQuad const* getQuads() const { return quads_; }
     vtxQuadKey const& getKey() const { return key_; }
+    /// Certain that they are the same; false where that is not known.
+    bool isCopyOf(vtxShaderBkgQuads const& other) const {
+        return key_.content && key_.content == other.key_.content && count == other.count;
+    }
 
     /// Number of quads; whoever rebuilds them sets it to 0 first.
     int count = 0;

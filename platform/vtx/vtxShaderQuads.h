@@ -42,6 +42,17 @@ public:
 
     qor::vector<Quad> const& getQuads() const { return quads_; }
     qor::vector<Batch> const& getBatches() const { return batches_; }
+    /// Certain that they are the same; false where that is not known.
+    bool isCopyOf(vtxShaderQuads const& other) const {
+        std::size_t const count = batches_.size();
+        bool same = count > 0 && count == other.batches_.size();
+        for (std::size_t i = 0; same && i < count; ++i) {
+            Batch const& mine = batches_[i];
+            Batch const& its = other.batches_[i];
+            same = mine.key.content && mine.key.content == its.key.content && mine.count == its.count;
+        }
+        return same;
+    }
 
 private:
     qor::vector<Quad> quads_;

@@ -5,6 +5,7 @@
 #include "platform/vtx/vtxSizedFont.h"
 
 #include <cmath>
+#include <cwchar>
 #include <typeinfo>
 
 namespace {
@@ -29,7 +30,40 @@ bool isSeen(osg::Vec4f const& color) { return color.a() > 0.0f; }
 vtxTextString::vtxTextString() = default;
 vtxTextString::~vtxTextString() = default;
 vtxTextString::vtxTextString(vtxTextString const&) = default;
-vtxTextString& vtxTextString::operator=(vtxTextString const&) = default;
+
+vtxTextString& vtxTextString::operator=(vtxTextString const& other) {
+    // A tree that is recorded again copies its texts over what it copied there before.
+    if (!hasContentOf_(other)) [[unlikely]]
+        copyContent_(other);
+    color = other.color;
+    bkgColor = other.bkgColor;
+    shadowColor = other.shadowColor;
+    shadowOffset = other.shadowOffset;
+    blurColor = other.blurColor;
+    lineThroughColor = other.lineThroughColor;
+    lineThroughHeight = other.lineThroughHeight;
+    lineThroughOffset = other.lineThroughOffset;
+    position = other.position;
+    textLength = other.textLength;
+    layerEnds_ = other.layerEnds_;
+    builtScale_ = other.builtScale_;
+    builtGeneration_ = other.builtGeneration_;
+    return *this;
+}
+
+inline bool vtxTextString::hasContentOf_(vtxTextString const& other) const {
+    return quads.isCopyOf(other.quads) && font == other.font && glyphs_[0] == other.glyphs_[0] &&
+           glyphs_[1] == other.glyphs_[1] && text.size() == other.text.size() &&
+           std::wmemcmp(text.data(), other.text.data(), text.size()) == 0;
+}
+
+void vtxTextString::copyContent_(vtxTextString const& other) {
+    font = other.font;
+    text = other.text;
+    quads = other.quads;
+    glyphs_[0] = other.glyphs_[0];
+    glyphs_[1] = other.glyphs_[1];
+}
 
 // --- Building ---
 

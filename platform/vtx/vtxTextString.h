@@ -21,7 +21,7 @@ class vtxShader;
 /// its top `lineThroughOffset` above half the height of an "x".
 /// Coordinates: `position` is the start of the baseline, GUI units.
 /// A copyable value: a copy draws what the source draws, also after the source and the font have gone, and copying over
-/// a string of the same length or longer allocates nothing.
+/// a string of the same length or longer allocates nothing, and over a copy of the same string costs a comparison.
 class VORLEX_API vtxTextString {
 public:
     vtxTextString();
@@ -54,6 +54,9 @@ public:
 private:
     enum Layer { LayerBkg, LayerShadow, LayerBlur, LayerGlyphs, LayerLineThrough, LayerCount };
 
+    /// What has storage of its own.
+    bool hasContentOf_(vtxTextString const& other) const;
+    void copyContent_(vtxTextString const& other);
     void build_(float scale) const;
     void drawBatches_(vtxRendererCore& core, osg::Vec4f const& layerColor, int begin, int end) const;
     void addBar_(float y, float width, float height) const;
