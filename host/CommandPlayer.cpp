@@ -25,7 +25,7 @@ void CommandPlayer::draw(gui::GraphicCommands const& list) { gui::GraphicCommand
 void CommandPlayer::release(gui::GraphicCommands& list) {
     for (gui::GraphicCommandParse* command : list.getParseCommands())
         command->release();
-    gui::GraphicCommand::releaseAll(list.getCommands());
+    gui::GraphicCommand::releaseAllBackwards(list.getCommands());
     list.clear();
 }
 

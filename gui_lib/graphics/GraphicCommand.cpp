@@ -32,6 +32,11 @@ void GraphicCommand::releaseAll(qor::vector<GraphicCommand*> const& commands) {
         command->release();
 }
 
+void GraphicCommand::releaseAllBackwards(qor::vector<GraphicCommand*> const& commands) {
+    for (std::size_t i = commands.size(); i > 0; --i)
+        commands[i - 1]->release();
+}
+
 qor::vector<GraphicCommand*>& GraphicCommand::allCommands() {
     static auto* const commands = new qor::vector<GraphicCommand*>;
     return *commands;

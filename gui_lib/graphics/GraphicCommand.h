@@ -27,6 +27,9 @@ public:
     static void doRedrawAll(qor::vector<GraphicCommand*> const& commands);
     static void drawAll(qor::vector<GraphicCommand*> const& commands);
     static void releaseAll(qor::vector<GraphicCommand*> const& commands);
+    /// From the last to the first, so that the pools are as they were before the list was recorded. Recorded again, it
+    /// gets the same objects in the same places, most of which then hold already what they are to hold.
+    static void releaseAllBackwards(qor::vector<GraphicCommand*> const& commands);
 
     GraphicCommand(GraphicCommand const&) = delete;
     GraphicCommand& operator=(GraphicCommand const&) = delete;

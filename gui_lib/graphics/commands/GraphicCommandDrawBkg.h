@@ -15,7 +15,9 @@ class VORLEX_API GraphicCommandDrawBkg : public SimpleGraphicCommand<GraphicComm
 public:
     /// `colors` are nine RGBA colours, whatever the number of quads.
     GraphicCommandDrawBkg* set(vtxShaderBkgQuads const& newQuads, float const* newColors) {
-        quads = newQuads;
+        // Recorded again, it mostly holds them already.
+        if (!newQuads.isCopyOf(quads))
+            quads = newQuads;
         std::memcpy(static_cast<void*>(colors), newColors, sizeof(colors));
         recorded_.take();
         return this;

@@ -7,7 +7,8 @@ namespace gui {
 
 GraphicCommandDrawQuads* GraphicCommandDrawQuads::set(vtxShaderQuads const& newQuads, osg::Vec4f const& newColor,
                                                       int newSampler, int newBatch) {
-    quads = newQuads;
+    if (!newQuads.isCopyOf(quads))
+        quads = newQuads;
     color = newColor;
     sampler = newSampler;
     batch = newBatch;
