@@ -1,4 +1,7 @@
 #include <cmath>
+#include <functional>
+#include <optional>
+#include <vector>
 
 #include "gui_lib/graphics/GraphicCommandGuards.h"
 #include "gui_lib/graphics/GraphicCommands.h"
@@ -35,9 +38,13 @@ vtxShaderQuads makeQuads() {
     return quads;
 }
 
+std::shared_ptr<vtxFont> makeFont(int size) {
+    return vtxRenderer::get()->getFontManager()->getFont("assets/fonts/DejaVuSans.ttf", size, vtxFont::BlurNone);
+}
+
 vtxTextString makeString(wchar_t const* text, int x = 0, int y = 0) {
     vtxTextString string;
-    string.font = vtxRenderer::get()->getFontManager()->getFont("assets/fonts/DejaVuSans.ttf", 16, vtxFont::BlurNone);
+    string.font = makeFont(16);
     string.text = text;
     string.color.set(1, 1, 1, 1);
     string.position.set(x, y);
@@ -191,6 +198,44 @@ TEST_F(CommandPlayback, matricesMultiplyFromTheLeft) {
               "popModelViewMatrix");
 }
 
+TEST_F(CommandPlayback, aPlaceIsAModelViewThatTranslatesWithAClipInside) {
+    vtxRenderer* const renderer = vtxRenderer::get();
+    renderer->setScale(1.5f);
+    auto const rect = osg::RectImpl<osg::Vec2i>(1, 2, 30, 40);
+    osg::RectImpl<osg::Vec2i> const* const clips[] = {&rect, nullptr};
+    osg::Matrixf const outer[] = {osg::Matrixf::translate(0.3f, -0.0f, 2), osg::Matrixf::rotate(0.5, 0, 0, 1)};
+    for (auto const* clip : clips) {
+        for (osg::Matrixf const& matrix : outer) {
+            osg::Matrixf found;
+            auto const look = [&](GraphicCommands& list) {
+                list.drawFunc([&] { found = renderer->getModelViewMatrix(); }, osg::Vec2i(), {});
+            };
+            auto const byPlace = [&](GraphicCommands& list) {
+                list.setModelViewMatrix(matrix);
+                GraphicCommandPlaceGuard const guard(&list, osg::Vec2i(7, -3), clip);
+                look(list);
+            };
+            std::string const expected = operationsRecorded([&](GraphicCommands& list) {
+                list.setModelViewMatrix(matrix);
+                GraphicCommandModelViewMatrixGuard guard(&list);
+                guard.setTranslate(7, -3, 0);
+                std::optional<GraphicCommandClipRectGuard> inside;
+                if (clip)
+                    inside.emplace(&list, *clip);
+                look(list);
+            });
+            osg::Matrixf const expectedMatrix = found;
+            EXPECT_EQ(operationsRecorded(byPlace), expected);
+            // Where nobody listens to operations, the renderer takes a shorter way.
+            log->setContractWanted(false);
+            found = osg::Matrixf();
+            operationsRecorded(byPlace);
+            log->setContractWanted(true);
+            EXPECT_EQ(found, expectedMatrix);
+        }
+    }
+}
+
 TEST_F(CommandPlayback, aProjectionHoldsUntilItsGuardEnds) {
     vtxShaderQuads quads;
     quads.beginBatch(nullptr, 1);
@@ -242,6 +287,86 @@ TEST_F(CommandPlayback, recordedTextIsTheCopyOfWhatWasBuilt) {
     });
     EXPECT_NE(expected, "");
     EXPECT_EQ(quads([&] { host::CommandPlayer::play(list); }), expected);
+    host::CommandPlayer::release(list);
+}
+
+TEST_F(CommandPlayback, aTextCopiedOverItsOwnCopyIsThatOfNow) {
+    using Change = void (*)(vtxTextString&);
+    constexpr Change changes[] = {
+        [](vtxTextString&) {},
+        [](vtxTextString& string) { string.color.set(0, 1, 0, 1); },
+        [](vtxTextString& string) { string.text = L"Txet"; },
+        [](vtxTextString& string) { string.position.set(50, 60); },
+        [](vtxTextString& string) { string.font = makeFont(20); },
+        [](vtxTextString& string) { string.shadowColor.set(0, 0, 1, 1), string.shadowOffset.set(2, 3); },
+        [](vtxTextString& string) { string.bkgColor = string.lineThroughColor = string.color; },
+        [](vtxTextString& string) { string.lineThroughHeight = 5, string.lineThroughOffset = 7; },
+    };
+    vtxShader* const shader = vtxRenderer::get()->getShader();
+    for (bool const built : {false, true}) {
+        for (Change const change : changes) {
+            SCOPED_TRACE(testing::Message() << "change " << &change - changes << (built ? ", built" : ""));
+            vtxTextString source = makeString(L"Text", 10, 40);
+            source.lineThroughColor.set(1, 0, 0, 1);
+            source.redraw(-1.0f);
+            vtxTextString copy = source;
+            change(source);
+            if (built)
+                source.redraw(-1.0f);
+            copy = source;
+            // At another scale both are built anew.
+            for (float const scale : {1.0f, 2.0f})
+                EXPECT_EQ(quads([&] { copy.draw(shader, scale); }), quads([&] { source.draw(shader, scale); }));
+        }
+    }
+}
+
+TEST_F(CommandPlayback, whatIsRecordedAgainIsWhatItIsNow) {
+    vtxTextString string = makeString(L"Text", 10, 40);
+    vtxShaderQuads shapes = makeQuads();
+    vtxShaderBkgQuads bkg;
+    bkg.addQuad({0, 0, 5, 5, 0, 0, 0, 0});
+    bkg.addQuad({5, 0, 5, 5, 0, 0, 0, 0});
+    std::vector<osg::Vec4f> colors(9, osg::Vec4f(1, 0, 0, 1));
+    auto const drawNow = [&] {
+        vtxShader* const shader = vtxRenderer::get()->getShader();
+        shader->setColors(colors.front().ptr(), bkg.count);
+        bkg.draw(shader);
+        string.draw(shader, -1.0f);
+        shader->setColor(colors.front());
+        shapes.draw(shader);
+    };
+    GraphicCommands list;
+    auto const record = [&] {
+        list.drawBkg(bkg, colors.front().ptr());
+        list.drawText(&string, nullptr, -1.0f);
+        list.drawQuads(shapes, colors.front(), 0, -1);
+    };
+    std::function<void()> const changes[] = {
+        [] {},
+        [&] { colors[1].set(0, 1, 0, 1); },
+        [&] { bkg.count = 1; },
+        [&] {
+            bkg.addQuad({6, 0, 7, 7, 0, 0, 0, 0});
+        },
+        [&] { shapes.addBatchQuad(30, 0, 5, 4, -1); },
+        [&] { shapes.endBatch(), shapes.beginBatch(nullptr, 0), shapes.addBatchQuad(0, 9, 5, 4, -1); },
+        [&] { string = makeString(L"Texts", 10, 40); },
+        [&] { bkg.count = 0, string.quads.reset(), shapes.reset(); },
+    };
+    record();
+    for (auto const& change : changes) {
+        SCOPED_TRACE(&change - changes);
+        qor::vector<GraphicCommand*> const used = list.getCommands();
+        host::CommandPlayer::release(list);
+        change();
+        std::string const now = quads(drawNow);
+        record();
+        EXPECT_EQ(list.getCommands(), used) << "each step finds what it left";
+        // What comes later is not in the list.
+        change();
+        EXPECT_EQ(quads([&] { host::CommandPlayer::play(list); }), now);
+    }
     host::CommandPlayer::release(list);
 }
 

@@ -6,13 +6,16 @@
 #include "gui_lib/Skin/Data.h"
 #include "gui_lib/Skin/Skin.h"
 #include "gui_lib/frame/GUI.h"
+#include "gui_lib/graphics/GraphicCommands.h"
 #include "gui_lib/windows/Window.h"
+#include "host/CommandPlayer.h"
 #include "tests/support/TestHost.h"
 #include "tests/widget/Probe.h"
 
 namespace widget_test {
 namespace {
 
+using gui::GraphicCommands;
 using gui::Widget;
 using gui::skin::Skin;
 using Rect = osg::RectImpl<osg::Vec2i>;
@@ -53,6 +56,24 @@ struct ClipRect : Plain {
 struct Drawn : Plain {
     void draw_() override { ++calls["draw_"], Widget::draw_(); }
 };
+struct MakeModelView : Plain {
+    void makeModelView_(GraphicCommands* list) override { ++calls["makeModelView_"], Widget::makeModelView_(list); }
+};
+struct MakeClipped : Plain {
+    void makeClipped_(GraphicCommands* list) override { ++calls["makeClipped_"], Widget::makeClipped_(list); }
+};
+struct MakeBeginClip : Plain {
+    void makeBeginClip_(GraphicCommands* list) override { ++calls["makeBeginClip_"], Widget::makeBeginClip_(list); }
+};
+struct MakeEndClip : Plain {
+    void makeEndClip_(GraphicCommands* list) override { ++calls["makeEndClip_"], Widget::makeEndClip_(list); }
+};
+struct Made : Plain {
+    void make_(GraphicCommands* list) override { ++calls["make_"], Widget::make_(list); }
+};
+struct MakeFocus : Plain {
+    void makeFocusRect_(GraphicCommands* list) override { ++calls["makeFocusRect_"], Widget::makeFocusRect_(list); }
+};
 struct Focus : Plain {
     void drawFocusRect_() override { ++calls["drawFocusRect_"], Widget::drawFocusRect_(); }
 };
@@ -89,6 +110,39 @@ struct SkinText : Skin {
 struct SkinChildren : Skin {
     using Skin::Skin;
     void drawChildren_() override { ++calls["skin drawChildren_"], Skin::drawChildren_(); }
+};
+
+struct SkinMade : Skin {
+    using Skin::Skin;
+    void make_(GraphicCommands* list) override { ++calls["skin make_"], Skin::make_(list); }
+};
+struct SkinMakeBkg : Skin {
+    using Skin::Skin;
+    void makeBkg_(GraphicCommands* list) override { ++calls["skin makeBkg_"], Skin::makeBkg_(list); }
+};
+struct SkinMakeBeginClip : Skin {
+    using Skin::Skin;
+    void makeBeginClipByInsets(GraphicCommands* list) override {
+        ++calls["skin makeBeginClipByInsets"], Skin::makeBeginClipByInsets(list);
+    }
+};
+struct SkinMakeEndClip : Skin {
+    using Skin::Skin;
+    void makeEndClipByInsets(GraphicCommands* list) override {
+        ++calls["skin makeEndClipByInsets"], Skin::makeEndClipByInsets(list);
+    }
+};
+struct SkinMakeImage : Skin {
+    using Skin::Skin;
+    void makeImage_(GraphicCommands* list) override { ++calls["skin makeImage_"], Skin::makeImage_(list); }
+};
+struct SkinMakeText : Skin {
+    using Skin::Skin;
+    void makeText_(GraphicCommands* list) override { ++calls["skin makeText_"], Skin::makeText_(list); }
+};
+struct SkinMakeChildren : Skin {
+    using Skin::Skin;
+    void makeChildren_(GraphicCommands* list) override { ++calls["skin makeChildren_"], Skin::makeChildren_(list); }
 };
 
 template <class... Widgets>
@@ -138,6 +192,37 @@ TEST(OwnWays, EachStepThatAClassOverridesIsCalledInEachFrame) {
                                                      {"skin drawImage_", 1},
                                                      {"skin drawText_", 1},
                                                      {"skin drawChildren_", 1}};
+        EXPECT_EQ(calls, expected);
+    }
+}
+
+TEST(OwnWays, EachStepThatAClassOverridesIsCalledInEachRecording) {
+    support::TestHost host;
+    auto* const window = new gui::Window;
+    insertAll<MakeModelView, MakeClipped, MakeBeginClip, MakeEndClip, Made, MakeFocus>(*window);
+    insertSkinned<SkinMade, SkinMakeBkg, SkinMakeBeginClip, SkinMakeEndClip, SkinMakeImage, SkinMakeText,
+                  SkinMakeChildren>(*window);
+    window->setSize(at(300, 200));
+    window->setVisible(true);
+    host.frame();
+    for (int round = 0; round < 2; ++round) {
+        calls.clear();
+        GraphicCommands list;
+        window->make(&list);
+        host::CommandPlayer::release(list);
+        std::map<std::string, int> const expected = {{"makeModelView_", 1},
+                                                     {"makeClipped_", 1},
+                                                     {"makeBeginClip_", 1},
+                                                     {"makeEndClip_", 1},
+                                                     {"make_", 1},
+                                                     {"makeFocusRect_", 1},
+                                                     {"skin make_", 1},
+                                                     {"skin makeBkg_", 1},
+                                                     {"skin makeBeginClipByInsets", 1},
+                                                     {"skin makeEndClipByInsets", 1},
+                                                     {"skin makeImage_", 1},
+                                                     {"skin makeText_", 1},
+                                                     {"skin makeChildren_", 1}};
         EXPECT_EQ(calls, expected);
     }
 }
