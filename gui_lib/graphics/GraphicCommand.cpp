@@ -2,6 +2,7 @@
 
 #include <cxxabi.h>
 #include <cstdlib>
+#include <span>
 
 #include "platform/qor/Log.h"
 
@@ -33,8 +34,9 @@ void GraphicCommand::releaseAll(qor::vector<GraphicCommand*> const& commands) {
 }
 
 void GraphicCommand::releaseAllBackwards(qor::vector<GraphicCommand*> const& commands) {
-    for (std::size_t i = commands.size(); i > 0; --i)
-        commands[i - 1]->release();
+    std::span const list(commands);
+    for (std::size_t left = list.size(); left > 0; --left)
+        list[left - 1]->release();
 }
 
 qor::vector<GraphicCommand*>& GraphicCommand::allCommands() {

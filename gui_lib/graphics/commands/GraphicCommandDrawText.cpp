@@ -13,12 +13,8 @@ void GraphicCommandDrawText::addFurtherEntry_(Entry const& entry) { entries.push
 void GraphicCommandDrawText::draw() {
     vtxShader* const shader = vtxRenderer::get()->getShader();
     shader->turnOnDrawQuads();
-    for (Entry const& entry : entries) {
-        if (hasColor)
-            entry.string->draw(shader, color, entry.scale);
-        else
-            entry.string->draw(shader, entry.scale);
-    }
+    for (Entry const& entry : entries)
+        entry.string->draw(shader, hasColor ? color : entry.string->color, entry.scale);
 }
 
 void GraphicCommandDrawText::release() {
