@@ -188,11 +188,16 @@ osg::Vec2i Text::calcSize(qor::basic_string<wchar_t> const& text, osg::Vec2i con
 
 // --- Lines ---
 
+/// For a line that is to be wrapped or shortened.
+int Text::calcAvailableWidth_(osg::Vec2i const& size) const {
+    return saturate(static_cast<std::int64_t>(size.x()) - info.align.getHorzAlign().offset - insets.right -
+                    insets.left);
+}
+
 template <typename Emit>
 void Text::divideTextIntoLines_(vtxFont const& font, qor::basic_string<wchar_t> const& text, osg::Vec2i const& size,
                                 Emit const& emit) const {
-    int const availableWidth =
-        saturate(static_cast<std::int64_t>(size.x()) - info.align.getHorzAlign().offset - insets.right - insets.left);
+    int const availableWidth = calcAvailableWidth_(size);
     qor::basic_string<wchar_t> shortened;
     using View = std::basic_string_view<wchar_t>;
     auto const addLine = [&](View line, int width) {
@@ -238,8 +243,14 @@ bool Text::isLaidOutText_(qor::basic_string<wchar_t> const& text) const {
 
 void Text::noteText_(qor::basic_string<wchar_t> const& text) {
     laidOutText_.reset();
-    if (!isLaidOutText_(text))
+    bool const onlyLine = !wrapping && !useEllipsis && lines.front().size() == text.size();
+    if (!onlyLine && !isLaidOutText_(text))
         laidOutText_ = std::make_unique<qor::basic_string<wchar_t>>(text);
+}
+
+/// Whether the text that is laid out makes the same lines in a box of another size.
+bool Text::keepsLines_(osg::Vec2i const& size) const {
+    return !wrapping && (!useEllipsis || (!laidOutText_ && lineWidth_ <= calcAvailableWidth_(size)));
 }
 
 void Text::redraw(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size, bool deleteInvisibleLines) {
@@ -248,43 +259,46 @@ void Text::redraw(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size
     textDirty = false;
     FontEpoch const epoch = FontEpoch::now();
     bool const fontKnown = isFontKnown_(epoch);
-    if (fontKnown && !inputChanged_ && laidOutSize_ == size && deletedInvisibleLines_ == deleteInvisibleLines &&
-        isLaidOutText_(text)) {
+    bool const textKnown = fontKnown && !inputChanged_ && isLaidOutText_(text);
+    if (textKnown && laidOutSize_ == size && deletedInvisibleLines_ == deleteInvisibleLines) {
         if (colorsChanged_)
             styleTextStrings_(0);
         return;
     }
-    stringsDirty = true;
-    if (!fontKnown)
+    if (!fontKnown) {
         font_ = findFont(info);
+        stringsDirty = true;
+    }
     if (!font_) {
         destroyTextStrings_(0);
         return;
     }
-    Widths const widths = divide_(text, size);
+    if (!textKnown || !keepsLines_(size))
+        divide_(text, size);
     std::size_t const known = std::min(textStrings.size(), lines.size());
     updateTextStrings_(size, calcLineHeight_(*font_), deleteInvisibleLines);
     styleTextStrings_(inputChanged_ || colorsChanged_ ? 0 : known);
-    placeTextStrings_(size, widths);
+    placeTextStrings_(size);
     fontEpoch_ = epoch;
     laidOutSize_ = size;
     deletedInvisibleLines_ = deleteInvisibleLines;
     inputChanged_ = false;
-    noteText_(text);
+    if (!textKnown)
+        noteText_(text);
 }
 
-/// Fills `lines` and tells their widths.
-Text::Widths Text::divide_(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size) {
-    Widths widths;
+/// Fills `lines`.
+void Text::divide_(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size) {
+    std::size_t count = 0;
     divideTextIntoLines_(*font_, text, size, [&](std::basic_string_view<wchar_t> line, int width) {
-        if (widths.size() < lines.size())
-            lines[widths.size()] = line;
+        if (count < lines.size())
+            lines[count] = line;
         else
             lines.emplace_back(line);
-        widths.push_back(width);
+        lineWidth_ = width;
+        ++count;
     });
-    lines.resize(widths.size());
-    return widths;
+    lines.resize(count);
 }
 
 void Text::updateTextStrings_(osg::Vec2i const& size, int lineHeight, bool deleteInvisibleLines) {
@@ -317,6 +331,8 @@ void Text::destroyTextStrings_(std::size_t keep) {
 void Text::styleTextStrings_(std::size_t first) {
     for (std::size_t i = first; i < textStrings.size(); ++i) {
         vtxTextString& string = *textStrings[i];
+        if (inputChanged_)
+            string.setStale();
         string.color = info.color;
         string.bkgColor = info.bkgColor;
         string.shadowColor = info.shadowColor;
@@ -329,7 +345,7 @@ void Text::styleTextStrings_(std::size_t first) {
     colorsChanged_ = false;
 }
 
-void Text::placeTextStrings_(osg::Vec2i const& size, Widths const& widths) {
+void Text::placeTextStrings_(osg::Vec2i const& size) {
     if (lines.empty())
         return;
     int const lineHeight = calcLineHeight_(*font_);
@@ -343,17 +359,15 @@ void Text::placeTextStrings_(osg::Vec2i const& size, Widths const& widths) {
     int const availableWidth = saturatingSubtract(saturatingSubtract(size.x(), insets.right), insets.left);
     for (int i = 0; i < count; ++i) {
         std::size_t const line = static_cast<std::size_t>(i);
-        vtxTextString& string = *textStrings[line];
-        string.text = lines[line];
-        string.textLength = static_cast<int>(string.text.size());
-        string.font = font_;
         // A wrapped line was measured word by word.
-        int const width = wrapping ? font_->getTextWidth(string.text, rendererScale) : widths[line];
+        int const width = wrapping ? font_->getTextWidth(lines[line], rendererScale) : lineWidth_;
         int x0 = 0;
         int x1 = 0;
         info.align.getHorzAlign().calc(width, availableWidth, x0, x1);
-        string.position.set(saturatingAdd(insets.left, x0),
-                            saturate(std::int64_t(y0) + ascender + std::int64_t(i) * lineHeight));
+        osg::Vec2i const position(saturatingAdd(insets.left, x0),
+                                  saturate(std::int64_t(y0) + ascender + std::int64_t(i) * lineHeight));
+        if (textStrings[line]->setLine(font_, lines[line], position))
+            stringsDirty = true;
     }
 }
 
@@ -363,7 +377,7 @@ void Text::doRedraw() {
     if (!stringsDirty)
         return;
     for (vtxTextString* string : textStrings)
-        string->redraw(rendererScale);
+        string->update(rendererScale);
     stringsDirty = false;
 }
 

@@ -10,7 +10,6 @@
 #include "gui_lib/base/Insets.h"
 #include "platform/qor/Api.h"
 #include "platform/qor/Containers.h"
-#include "platform/qor/SmallVector.h"
 #include "platform/qor/String.h"
 #include "platform/vtx/vtxFont.h"
 
@@ -119,21 +118,22 @@ private:
         static FontEpoch now();
         bool operator==(FontEpoch const&) const = default;
     };
-    using Widths = qor::small_vector<int, 8>;
 
     template <typename T>
     void change_(T& field, T const& value);
     template <typename Emit>
     void divideTextIntoLines_(vtxFont const& font, qor::basic_string<wchar_t> const& text, osg::Vec2i const& size,
                               Emit const& emit) const;
+    int calcAvailableWidth_(osg::Vec2i const& size) const;
     int calcLineHeight_(vtxFont const& font) const;
     bool isFontKnown_(FontEpoch const& epoch) const;
     bool isLaidOutText_(qor::basic_string<wchar_t> const& text) const;
     void noteText_(qor::basic_string<wchar_t> const& text);
-    Widths divide_(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size);
+    bool keepsLines_(osg::Vec2i const& size) const;
+    void divide_(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size);
     void updateTextStrings_(osg::Vec2i const& size, int lineHeight, bool deleteInvisibleLines);
     void styleTextStrings_(std::size_t first);
-    void placeTextStrings_(osg::Vec2i const& size, Widths const& widths);
+    void placeTextStrings_(osg::Vec2i const& size);
     void destroyTextStrings_(std::size_t keep);
     void make_(GraphicCommands* commands, osg::Vec4f const* color) const;
 
@@ -159,6 +159,8 @@ private:
     std::shared_ptr<vtxFont> font_;
     FontEpoch fontEpoch_;
     osg::Vec2i laidOutSize_;
+    /// Of the last line.
+    int lineWidth_ = 0;
     /// The text, unless it is the only line as it stands.
     std::unique_ptr<qor::basic_string<wchar_t>> laidOutText_;
 };

@@ -71,7 +71,13 @@ vtxFontChain::vtxFontChain(vtxFontCatalog& catalog, vtxFontFace& face) : catalog
 }
 
 vtxEm vtxFontChain::measure(std::wstring_view text) {
-    return layOut(text, [](vtxPlacedGlyph const&, char32_t) {});
+    Walk walk;
+    for (size_t i = 0; i < text.size();) {
+        i = addPlain_<false>(text, i, walk);
+        if (i != text.size())
+            i = addPiece_(text, i, walk);
+    }
+    return walk.pen;
 }
 
 void vtxFontChain::trim() {
@@ -92,6 +98,47 @@ std::int32_t vtxFontChain::noteStep_(char32_t left, char32_t right) {
     if (step <= unknownStep || step > std::numeric_limits<std::int32_t>::max())
         return unknownStep;
     return steps_[left * plainCount + right] = static_cast<std::int32_t>(step);
+}
+
+template <bool wantPens>
+size_t vtxFontChain::addPlain_(std::wstring_view text, size_t index, Walk& walk) {
+    if (walk.left >= plainCount)
+        return index;
+    if (wantPens && pens_.size() < text.size() - index)
+        pens_.resize(text.size() - index);
+    Walk const before = walk;
+    size_t const end = walkPlain_<wantPens>(text, index, walk);
+    // The last one stands alone only if no mark or joiner follows; they begin at 0x300.
+    if (end == index || end == text.size() || static_cast<char32_t>(text[end]) < 0x300) [[likely]]
+        return end;
+    walk = before;
+    return walkPlain_<wantPens>(text.substr(0, end - 1), index, walk);
+}
+
+template size_t vtxFontChain::addPlain_<true>(std::wstring_view text, size_t index, Walk& walk);
+
+template <bool wantPens>
+size_t vtxFontChain::walkPlain_(std::wstring_view text, size_t index, Walk& walk) {
+    // What is seen elsewhere stays out of the loop.
+    vtxEm pen = walk.pen;
+    std::size_t left = walk.left;
+    vtxEm* nextPen = pens_.data();
+    std::int32_t const* const steps = steps_.data();
+    for (; index < text.size(); ++index) {
+        std::size_t const code = static_cast<char32_t>(text[index]);
+        if (!isPlain_(code))
+            break;
+        vtxEm step = steps[left * plainCount + code];
+        if (step == unknownStep &&
+            (step = noteStep_(static_cast<char32_t>(left), static_cast<char32_t>(code))) == unknownStep)
+            break;
+        pen += step;
+        left = code;
+        if (wantPens)
+            *nextPen++ = pen - ascii_[code].advance;
+    }
+    walk = {pen, static_cast<char32_t>(left), left ? ascii_[left].face : -1};
+    return index;
 }
 
 /// Fills `placed_` with what stands at `index` and returns where that ends.

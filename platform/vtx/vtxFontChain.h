@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 class vtxFontCatalog;
 
@@ -35,20 +36,25 @@ public:
     static constexpr char32_t plainCount = 128;
 
     vtxEm measure(std::wstring_view text);
-    /// The same width. Calls `sink` with each glyph and the plain character that it shows, 0 for any other.
-    template <typename Sink>
-    vtxEm layOut(std::wstring_view text, Sink&& sink) {
+    /// The same width. Stretches of plain characters go to `plain(characters, pens)` with the pen of each, all other
+    /// glyphs one by one to `other(placed)`, in the order of the text.
+    template <typename Plain, typename Other>
+    vtxEm layOut(std::wstring_view text, Plain&& plain, Other&& other) {
         Walk walk;
         for (size_t i = 0; i < text.size();) {
-            i = layOutPlain_(text, i, walk, sink);
+            size_t const begin = std::exchange(i, addPlain_(text, i, walk));
+            if (i != begin)
+                plain(text.substr(begin, i - begin), pens_.data());
             if (i == text.size())
                 break;
             i = addPiece_(text, i, walk);
             for (vtxPlacedGlyph const& glyph : placed_)
-                sink(glyph, 0);
+                other(glyph);
         }
         return walk.pen;
     }
+    /// The glyph of a plain character that was laid out, at the start of a line.
+    vtxPlacedGlyph getPlain(char32_t code) const { return {ascii_[code].face, ascii_[code].glyph, 0, 0}; }
 
     /// Forgets shaped pieces and kerned pairs when there are very many.
     void trim();
@@ -75,32 +81,13 @@ private:
     static constexpr size_t maxPieces = 8192;
     static constexpr size_t maxPairs = 65536;
 
-    static bool isPlain_(char32_t code) { return code >= 0x20 && code < 0x7F; }
-    /// Goes on over plain characters; returns where it came to another, or to one that another has to do with.
-    template <typename Sink>
-    size_t layOutPlain_(std::wstring_view text, size_t index, Walk& walk, Sink& sink) {
-        if (walk.left >= plainCount)
-            return index;
-        // What changes with each character stays out of `walk`, which is seen elsewhere.
-        vtxEm pen = walk.pen;
-        char32_t left = walk.left;
-        for (; index < text.size(); ++index) {
-            auto const code = static_cast<char32_t>(text[index]);
-            // Marks and joiners begin above.
-            bool const alone = index + 1 == text.size() || static_cast<char32_t>(text[index + 1]) < 0x300;
-            if (!isPlain_(code) || !alone)
-                break;
-            std::int32_t step = steps_[left * plainCount + code];
-            if (step == unknownStep && (step = noteStep_(left, code)) == unknownStep)
-                break;
-            Character const& character = ascii_[code];
-            pen += step;
-            left = code;
-            sink(vtxPlacedGlyph{character.face, character.glyph, pen - character.advance, 0}, code);
-        }
-        walk = {pen, left, left ? ascii_[left].face : -1};
-        return index;
-    }
+    static bool isPlain_(std::size_t code) { return code - 0x20 < 0x7F - 0x20; }
+    /// Goes on over plain characters that stand alone, whose pens go into `pens_` if wanted; returns where that ends.
+    template <bool wantPens = true>
+    size_t addPlain_(std::wstring_view text, size_t index, Walk& walk);
+    /// The same, whatever follows.
+    template <bool wantPens>
+    size_t walkPlain_(std::wstring_view text, size_t index, Walk& walk);
     size_t addPiece_(std::wstring_view text, size_t index, Walk& walk);
     Character const& find_(char32_t codePoint);
     Character lookUp_(char32_t codePoint);
@@ -119,5 +106,6 @@ private:
     qor::vector<std::int32_t> steps_;  ///< advances with kerning, by left * plainCount + right
     qor::hash_map<std::uint64_t, std::int32_t> kerning_;
     qor::hash_map<qor::wstring, Piece> pieces_;
+    qor::vector<vtxEm> pens_;             ///< scratch: of what addPlain_ has added
     qor::vector<vtxPlacedGlyph> placed_;  ///< scratch: what addPiece_ has added
 };

@@ -19,13 +19,20 @@ vtxGlyphSet::vtxGlyphSet(vtxFontChain const& chain, double size, double blur)
       phases_(size <= maxPhasedSize && blur < 2.0 ? vtxFontFace::phaseCount : 1),
       plain_(vtxFontChain::plainCount * vtxFontFace::phaseCount) {}
 
-vtxGlyphSet::Glyph const& vtxGlyphSet::find_(vtxPlacedGlyph const& placed, int phase, vtxGlyphPages& pages) {
+vtxGlyphSet::Glyph const& vtxGlyphSet::get(vtxPlacedGlyph const& placed, int phase, vtxGlyphPages& pages) {
     std::uint64_t const key = (std::uint64_t(static_cast<unsigned>(placed.face)) << 40) |
                               (std::uint64_t(static_cast<unsigned>(phase)) << 32) | placed.glyph;
     auto const known = glyphs_.find(key);
     if (known != glyphs_.end())
         return known->second;
     return glyphs_.emplace(key, make_(placed.face, placed.glyph, phase, pages)).first->second;
+}
+
+vtxGlyphSet::Glyph const& vtxGlyphSet::findPlain(unsigned index, vtxGlyphPages& pages) {
+    constexpr unsigned phases = vtxFontFace::phaseCount;
+    Glyph const& glyph = get(chain_.getPlain(index / phases), static_cast<int>(index % phases), pages);
+    plain_[index] = &glyph;
+    return glyph;
 }
 
 vtxGlyphSet::Glyph vtxGlyphSet::make_(int face, unsigned glyph, int phase, vtxGlyphPages& pages) const {

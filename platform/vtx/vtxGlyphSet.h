@@ -26,15 +26,14 @@ public:
 
     /// Glyphs stand on whole pixels if 1, on quarters if 4.
     int getPhaseCount() const { return phases_; }
-    /// `plain` is the plain character that the glyph shows, or 0.
-    Glyph const& get(vtxPlacedGlyph const& placed, char32_t plain, int phase, vtxGlyphPages& pages) {
-        if (plain == 0)
-            return find_(placed, phase, pages);
-        Glyph const*& known = plain_[plain * vtxFontFace::phaseCount + static_cast<unsigned>(phase)];
-        if (!known)
-            known = &find_(placed, phase, pages);
-        return *known;
+    Glyph const& get(vtxPlacedGlyph const& placed, int phase, vtxGlyphPages& pages);
+    /// Glyphs of plain characters by `getPlainIndex`, null where not known yet. Stays where it is.
+    Glyph const* const* getPlain() const { return plain_.data(); }
+    static unsigned getPlainIndex(wchar_t character, int phase) {
+        return static_cast<unsigned>(character) * vtxFontFace::phaseCount + static_cast<unsigned>(phase);
     }
+    /// Finds one that the chain has laid out.
+    Glyph const& findPlain(unsigned index, vtxGlyphPages& pages);
     /// Gives all glyphs back.
     void clear(vtxGlyphPages& pages);
 
@@ -42,7 +41,6 @@ public:
     unsigned idle = 0;
 
 private:
-    Glyph const& find_(vtxPlacedGlyph const& placed, int phase, vtxGlyphPages& pages);
     Glyph make_(int face, unsigned glyph, int phase, vtxGlyphPages& pages) const;
 
     vtxFontChain const& chain_;

@@ -49,6 +49,13 @@ inline vtxFloats join(vtxPair first, vtxPair last) {
                      static_cast<float>(last[1])};
 }
 
+/// `first` in place of the first pair of `floats`.
+inline vtxFloats joinFirst(vtxPair first, vtxFloats floats) {
+    using Two = float __attribute__((vector_size(8)));
+    Two const two = __builtin_convertvector(first, Two);
+    return vtxFloats{two[0], two[1], floats[2], floats[3]};
+}
+
 inline vtxPair min(vtxPair a, vtxPair b) { return a < b ? a : b; }
 inline vtxPair max(vtxPair a, vtxPair b) { return a > b ? a : b; }
 

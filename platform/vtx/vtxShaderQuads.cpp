@@ -39,6 +39,12 @@ void vtxShaderQuads::endBatch() {
     owner_ = batches_.back().key.owner;
 }
 
+void vtxShaderQuads::addBatch(vtxTexture const* texture, Quad const* quads, int count) {
+    batches_.push_back(Batch{texture, static_cast<int>(quads_.size()), count, vtxQuadKey{0, owner_}});
+    quads_.insert(quads_.end(), quads, quads + count);
+    endBatch();
+}
+
 void vtxShaderQuads::setTexture(vtxTexture const* texture) {
     for (Batch& batch : batches_) {
         batch.texture = texture;

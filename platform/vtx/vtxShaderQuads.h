@@ -26,12 +26,9 @@ public:
     void addBatchQuad(float x, float y, float w, float h, float z);
     /// Texture coordinates of the quad added last.
     void addBatchTexCoords(float uMin, float vMin, float uMax, float vMax);
-    /// A whole quad, into the batch that was begun last.
-    void addBatchQuad(Quad const& quad) {
-        quads_.push_back(quad);
-        ++batches_.back().count;
-    }
     void endBatch();
+    /// A whole batch.
+    void addBatch(vtxTexture const* texture, Quad const* quads, int count);
     /// Every batch shows this texture from now on.
     void setTexture(vtxTexture const* texture);
     /// Empties all batches and keeps the storage.

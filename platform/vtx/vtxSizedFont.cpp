@@ -1,6 +1,7 @@
 #include "platform/vtx/vtxSizedFont.h"
 
 #include "platform/qor/Truncate.h"
+#include "platform/vtx/vtxPair.h"
 #include "platform/vtx/vtxShaderQuads.h"
 
 #include <algorithm>
@@ -28,6 +29,112 @@ std::int64_t floorToInt(double value) {
 int roundAway(double length) {
     return qor::truncateToInt(length < 0.0 ? std::floor(length + 0.001) : std::ceil(length - 0.001));
 }
+
+/// Makes the quads of a line from the places of its glyphs.
+class LineMaker {
+public:
+    /// `scratch` is where a batch grows until it is whole.
+    LineMaker(vtxSizedFont::Line const& line, double size, vtxGlyphSet& glyphs, vtxGlyphPages& pages,
+              qor::vector<vtxQuad>& scratch, vtxShaderQuads& quads)
+        : glyphs_(glyphs),
+          pages_(pages),
+          scratch_(scratch),
+          quads_(quads),
+          pixelsPerUnit_(toPixels(1, size)) {
+        float const pixel = 1.0f / line.scale;
+        grid_.pen = vtxPair{line.pen.x(), line.pen.y()};
+        grid_.pixels = vtxPairs::both(pixel);
+        grid_.sizes = vtxFloats{pixel, pixel, pixel, pixel};
+        grid_.stepsPerUnit = toPixels(1, size * glyphs.getPhaseCount());
+        grid_.phaseBits = glyphs.getPhaseCount() == 1 ? 0 : phaseCountBits;
+    }
+    ~LineMaker() { endBatch_(); }
+
+    void addPlain(std::wstring_view text, vtxEm const* pens) {
+        reserve_(text.size());
+        // What stays the same is not looked up again behind each quad that is written.
+        Grid const grid = grid_;
+        vtxGlyphSet::Glyph const* const* const known = glyphs_.getPlain();
+        vtxTexture const* page = page_;
+        vtxQuad* quad = scratch_.data() + count_;
+        wchar_t const* const end = text.data() + text.size();
+        for (wchar_t const* letter = text.data(); letter != end; ++letter, ++pens) {
+            std::int64_t const step = grid.findStep(*pens);
+            unsigned const place = vtxGlyphSet::getPlainIndex(*letter, grid.getPhase(step));
+            vtxGlyphSet::Glyph const* const glyph = known[place] ? known[place] : findPlain_(place);
+            if (glyph->page != page) {
+                if (!glyph->page)
+                    continue;
+                page = glyph->page;
+                quad = beginBatch_(page, quad);
+            }
+            grid.place(glyph->quad, step, 0.0, *quad++);
+        }
+        count_ = static_cast<std::size_t>(quad - scratch_.data());
+    }
+
+    void add(vtxPlacedGlyph const& placed) {
+        std::int64_t const step = grid_.findStep(placed.x);
+        vtxGlyphSet::Glyph const& glyph = glyphs_.get(placed, grid_.getPhase(step), pages_);
+        if (!glyph.page)
+            return;
+        if (glyph.page != page_)
+            beginBatch_(glyph.page, scratch_.data() + count_);
+        reserve_(1);
+        // Only marks leave the baseline.
+        auto const y = static_cast<double>(floorToInt(static_cast<double>(placed.y) * pixelsPerUnit_ + 0.5));
+        grid_.place(glyph.quad, step, y, scratch_[count_++]);
+    }
+
+private:
+    /// Where glyphs may stand, from a pen at the start of the baseline.
+    struct Grid {
+        vtxPair pen, pixels;  ///< GUI units
+        vtxFloats sizes;      ///< of a pixel
+        double stepsPerUnit;
+        int phaseBits;
+
+        std::int64_t findStep(vtxEm x) const { return floorToInt(static_cast<double>(x) * stepsPerUnit + 0.5); }
+        int getPhase(std::int64_t step) const { return static_cast<int>(step & ((1 << phaseBits) - 1)); }
+        void place(vtxQuad const& glyph, std::int64_t step, double y, vtxQuad& quad) const {
+            vtxFloats const place = vtxPairs::load(&glyph.x);
+            vtxPair const corner{static_cast<double>(step >> phaseBits), y};
+            vtxPair const from = pen + (corner + vtxPairs::first(place)) * pixels;
+            vtxPairs::store(&quad.x, vtxPairs::joinFirst(from, place * sizes));
+            vtxPairs::store(&quad.uMin, vtxPairs::load(&glyph.uMin));
+        }
+    };
+
+    void reserve_(std::size_t more) {
+        if (scratch_.size() < count_ + more)
+            scratch_.resize(std::max(count_ + more, 2 * scratch_.size()));
+    }
+    // Rare ones are kept out of the loop.
+    __attribute__((noinline)) vtxGlyphSet::Glyph const* findPlain_(unsigned place) {
+        return &glyphs_.findPlain(place, pages_);
+    }
+    /// Ends the batch before at `end` and tells where the next quad goes.
+    __attribute__((noinline)) vtxQuad* beginBatch_(vtxTexture const* page, vtxQuad const* end) {
+        count_ = static_cast<std::size_t>(end - scratch_.data());
+        endBatch_();
+        page_ = page;
+        return scratch_.data();
+    }
+    void endBatch_() {
+        if (page_)
+            quads_.addBatch(page_, scratch_.data(), static_cast<int>(count_));
+        count_ = 0;
+    }
+
+    vtxGlyphSet& glyphs_;
+    vtxGlyphPages& pages_;
+    qor::vector<vtxQuad>& scratch_;
+    vtxShaderQuads& quads_;
+    Grid grid_;
+    double pixelsPerUnit_;
+    vtxTexture const* page_ = nullptr;  ///< of the batch that grows
+    std::size_t count_ = 0;             ///< quads in the batch that grows
+};
 
 }  // namespace
 
@@ -73,37 +180,8 @@ void vtxSizedFont::addGlyphs(Line const& line, vtxShaderQuads& quads, std::share
     vtxGlyphSet* const glyphs = getGlyphs_(line, hold);
     if (!glyphs)
         return;
-    double const size = size_ * static_cast<double>(line.scale);
-    int const phaseBits = glyphs->getPhaseCount() == 1 ? 0 : phaseCountBits;
-    double const stepsPerEm = size * glyphs->getPhaseCount();
-    float const pixel = 1.0f / line.scale;
-    osg::Vec2d const pen = line.pen;
-    vtxGlyphPages& pages = *store_->pages;
-    vtxTexture const* page = nullptr;
-    // Inline, since it is most of what the loops over the text do.
+    LineMaker maker(line, size_ * static_cast<double>(line.scale), *glyphs, *store_->pages, made_, quads);
     chain_.layOut(
-        line.text, [&](vtxPlacedGlyph const& placed, char32_t plain) __attribute__((always_inline)) {
-            std::int64_t const step = floorToInt(toPixels(placed.x, stepsPerEm) + 0.5);
-            std::int64_t const x = step >> phaseBits;
-            vtxGlyphSet::Glyph const& glyph =
-                glyphs->get(placed, plain, static_cast<int>(step - (x << phaseBits)), pages);
-            if (!glyph.page)
-                return;
-            if (glyph.page != page) {
-                if (page)
-                    quads.endBatch();
-                page = glyph.page;
-                quads.beginBatch(page, static_cast<int>(line.text.size()));
-            }
-            // Only marks leave the baseline.
-            double const y = placed.y == 0 ? 0.0 : static_cast<double>(floorToInt(toPixels(placed.y, size) + 0.5));
-            vtxShaderQuads::Quad quad = glyph.quad;
-            quad.x = static_cast<float>(pen.x() + (static_cast<double>(x) + quad.x) * pixel);
-            quad.y = static_cast<float>(pen.y() + (y + quad.y) * pixel);
-            quad.w *= pixel;
-            quad.h *= pixel;
-            quads.addBatchQuad(quad);
-        });
-    if (page)
-        quads.endBatch();
+        line.text, [&](std::wstring_view plain, vtxEm const* pens) { maker.addPlain(plain, pens); },
+        [&](vtxPlacedGlyph const& placed) { maker.add(placed); });
 }

@@ -2,6 +2,7 @@
 
 #include "platform/vtx/vtxFont.h"
 #include "platform/vtx/vtxFontStore.h"
+#include "platform/vtx/vtxQuad.h"
 
 #include <osg/Vec2d>
 
@@ -51,5 +52,6 @@ private:
     int size_;
     Blur blur_;
     int ascender_, descender_, lineHeight_;
-    Kept kept_[2];  ///< sharp and softened
+    Kept kept_[2];                 ///< sharp and softened
+    qor::vector<vtxQuad> made_;  ///< scratch of addGlyphs
 };

@@ -73,6 +73,25 @@ void vtxTextString::redraw(float scale) {
         build_(used);
 }
 
+void vtxTextString::update(float scale) {
+    float const used = getScale(scale);
+    if (used > 0.0f && (stale_ || builtScale_ != used || builtGeneration_ != getGeneration()))
+        build_(used);
+}
+
+bool vtxTextString::setLine(std::shared_ptr<vtxFont> const& newFont, std::wstring_view newText,
+                            osg::Vec2i const& newPosition) {
+    if (position == newPosition && font == newFont && text == newText)
+        return false;
+    if (font != newFont)
+        font = newFont;
+    text = newText;
+    textLength = static_cast<int>(text.size());
+    position = newPosition;
+    stale_ = true;
+    return true;
+}
+
 void vtxTextString::addBar_(float y, float width, float height) const {
     quads.beginBatch(nullptr, 1);
     quads.addBatchQuad(static_cast<float>(position.x()), static_cast<float>(position.y()) + y, width, height, -1.0f);
@@ -81,6 +100,7 @@ void vtxTextString::addBar_(float y, float width, float height) const {
 }
 
 void vtxTextString::build_(float scale) const {
+    stale_ = false;
     builtScale_ = scale;
     builtGeneration_ = getGeneration();
     quads.reset();

@@ -32,6 +32,12 @@ public:
     /// Builds the quads for a scale; -1.0 means the renderer's scale. Colours, text and position take effect here, the
     /// colours of layers that exist also later.
     void redraw(float scale);
+    /// Sets what it shows and where; false if it does so already.
+    bool setLine(std::shared_ptr<vtxFont> const& newFont, std::wstring_view newText, osg::Vec2i const& newPosition);
+    /// A field that quads follow from was written otherwise than by `setLine`.
+    void setStale() { stale_ = true; }
+    /// As `redraw`, at once where the string is as it was built and told of each change.
+    void update(float scale);
     /// A string built for another scale builds itself again first. One that was never built draws nothing.
     void draw(vtxShader* shader, float scale) const;
     /// The same with another glyph colour.
@@ -64,6 +70,7 @@ private:
     // What drawing builds again when the scale has changed; all of it follows from the fields above.
     mutable std::array<int, LayerCount> layerEnds_ = {};  ///< batches up to the end of each layer
     mutable float builtScale_ = 0.0f;                     ///< 0: never built
+    mutable bool stale_ = false;                          ///< the fields have changed since
     mutable unsigned builtGeneration_ = 0;
     mutable std::shared_ptr<void const> glyphs_[2];  ///< keep the sharp and the softened glyphs in their pages
 };
