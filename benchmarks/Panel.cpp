@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cwchar>
+#include <string>
 
 #include "benchmarks/BenchHost.h"
 #include "benchmarks/Workload.h"
@@ -34,6 +35,7 @@ public:
     /// Has room for `count` buttons and makes `first` of them.
     Panel(int count, int first) : count_(count), host_(getGridSize(count) + Vec2i(64, 96)) {
         addOperations_();
+        writeLabels_();
         create_(first);
         host_.settle();
     }
@@ -55,7 +57,7 @@ public:
 
 private:
     void addOperations_() {
-        auto const endBefore = [this] { destroy_(); };
+        auto const endBefore = [this] { destroy_(), writeLabels_(); };
         auto const renew = [this] {
             destroy_();
             create_(count_);
@@ -67,14 +69,17 @@ private:
                 host_.settle();
             }
         };
+        auto const readyForNext = [this, ready] { ready(), writeLabel_(getNextTurn_()); };
+        auto const readyForAll = [this, ready] { ready(), writeLabels_(); };
         operations_ = {
             {"W1a", "create, per button", [this] { create_(count_); }, endBefore, count_},
             {"W1a2", "create with the first frame, per button", [this] { create_(count_), host_.frame(); }, endBefore,
              count_},
             {"W1i", "destroy, per button", [this] { destroy_(); }, renew, count_},
             {"W1c", "frame in which nothing changed", [this] { host_.frame(); }, ready},
-            {"W1d", "frame with one other label", [this] { change_(++turn_ * 7 % count_), host_.frame(); }, ready},
-            {"W1e", "frame with all labels changed", [this] { changeAll_(), host_.frame(); }, ready},
+            {"W1d", "frame with one other label", [this] { change_(turn_ = getNextTurn_()), host_.frame(); },
+             readyForNext},
+            {"W1e", "frame with all labels changed", [this] { changeAll_(), host_.frame(); }, readyForAll},
             {"W1f", "mouse onto the next button, and a frame", [this] { hoverNext_(), host_.frame(); }, ready},
             {"W1h", "record, play and release the tree", [this] { recordAndPlay_(); }, ready},
         };
@@ -95,7 +100,7 @@ private:
         int const columns = getColumns(count_);
         for (int i = static_cast<int>(buttons_.size()); i < number; ++i) {
             auto* const button = new gui::Button;
-            setLabel_(*button, i);
+            button->setText(labels_[static_cast<std::size_t>(i)]);
             button->setPosition(Vec2i(i % columns * cellWidth, i / columns * cellHeight));
             button->setSize(Vec2i(96, 20));
             window_->insertWidget(button, -1);
@@ -112,14 +117,24 @@ private:
         gui::GUI::get()->processMessages();
     }
 
-    /// Eleven characters that can be seen and a space.
-    static void setLabel_(gui::Button& button, int number) {
+    /// The next label for a button, eleven characters that can be seen and a space. Not a part of what is measured.
+    void writeLabel_(int index) {
+        constexpr int most = 1000000;
+        written_ = (written_ + 37) % most;
         wchar_t label[16];
-        std::swprintf(label, 16, L"Label %06d", number % 1000000);
-        button.setText(label);
+        std::swprintf(label, 16, L"Label %06d", (index + written_) % most);
+        labels_[static_cast<std::size_t>(index)] = label;
     }
 
-    void change_(int index) { setLabel_(*buttons_[index], index + ++labels_ * 37); }
+    void writeLabels_() {
+        labels_.resize(static_cast<std::size_t>(count_));
+        for (int i = 0; i < count_; ++i)
+            writeLabel_(i);
+    }
+
+    int getNextTurn_() const { return (turn_ + 7) % count_; }
+
+    void change_(int index) { buttons_[index]->setText(labels_[static_cast<std::size_t>(index)]); }
 
     void changeAll_() {
         for (int i = 0; i < count_; ++i)
@@ -162,7 +177,8 @@ private:
     gui::GraphicCommands list_;
     std::vector<Operation> operations_;
     int turn_ = 0;
-    int labels_ = 0;
+    std::vector<std::wstring> labels_;
+    int written_ = 0;
     int hovered_ = 0;
 };
 
