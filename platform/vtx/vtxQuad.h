@@ -21,3 +21,12 @@ struct vtxQuadKey {
     /// The content is another one. From any thread.
     VORLEX_API void renew();
 };
+
+/// How the content of a block came from content that it had before.
+struct vtxQuadChange {
+    static constexpr int mostQuads = 64;
+    /// The content before; 0 if nothing is known.
+    std::uint64_t from = 0;
+    /// By bits the quads that differ, of `mostQuads` at most; their number is the same.
+    std::uint64_t quads = 0;
+};

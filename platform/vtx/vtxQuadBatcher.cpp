@@ -71,11 +71,14 @@ inline bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept)
     if (!isKnown_(block, kept))
         return false;
     bool const inPlace = kept.x == transform_.x && kept.y == transform_.y && isSame(kept.visible, view_.visible);
+    if (kept.content != block.key.content && !patchBlock_(block, kept)) [[unlikely]]
+        return false;
     return (inPlace || moveBlock_(block, kept)) && (hasSameColors_(block, kept) || colorBlock_(block, kept));
 }
 
 inline bool vtxQuadBatcher::isKnown_(Block const& block, Kept const& kept) {
-    if (!block.key.content || kept.content != block.key.content || !isSame(kept.shape, block.shape) ||
+    bool const related = kept.content == block.key.content || (block.change && block.change->from == kept.content);
+    if (!block.key.content || !kept.content || !related || !isSame(kept.shape, block.shape) ||
         (kept.view != viewNumber_ && kept.view != getViewNumber_()) || kept.pageChanges != store_.getPageChanges() ||
         run_.state.scissorEnabled)
         return false;
@@ -340,24 +343,31 @@ bool vtxQuadBatcher::bindPage_(vtxTextureImage const& image, int sampler) {
 
 [[gnu::always_inline]] inline bool vtxQuadBatcher::repeatQuad_(vtxQuadRepeats::Space const& space,
                                                                vtxQuad const& quad) {
-    vtxQuadRepeats::Entry const* const made = repeats_.find(space, quad);
-    if (!made)
-        return false;
-    vtxFloats const place = vtxPairs::load(&quad.x);
-    vtxUprightQuad moved;
-    if (!moved.move(space_, vtxPairs::first(place), vtxPairs::last(place), made->length))
+    Repeat repeat;
+    if (!findRepeat_(space, quad, repeat))
         return false;
     if (!isRunOpen_())
         openRun_(false);
+    setRepeat_(instances_.append(), repeat);
+    return true;
+}
+
+[[gnu::always_inline]] inline bool vtxQuadBatcher::findRepeat_(vtxQuadRepeats::Space const& space, vtxQuad const& quad,
+                                                               Repeat& repeat) const {
+    repeat.made = space.view ? repeats_.find(space, quad) : nullptr;
+    vtxFloats const place = vtxPairs::load(&quad.x);
+    return repeat.made &&
+           repeat.quad.move(space_, vtxPairs::first(place), vtxPairs::last(place), repeat.made->length);
+}
+
+[[gnu::always_inline]] inline void vtxQuadBatcher::setRepeat_(vtxQuadInstance& instance, Repeat const& repeat) {
     ++made_;
-    vtxQuadInstance& instance = instances_.append();
-    instance = made->instance;
-    setCorner_(instance, moved);
+    instance = repeat.made->instance;
+    setCorner_(instance, repeat.quad);
     vtxPairs::store(&instance.r, vtxPairs::load(color_.ptr()));
     instance.source = binding_.source;
     instance.layer = static_cast<std::uint32_t>(binding_.layer);
     *binding_.usedLayers |= binding_.layerBit;
-    return true;
 }
 
 void vtxQuadBatcher::makeBlock_(Block const& block) {
@@ -374,7 +384,7 @@ void vtxQuadBatcher::makeBlock_(Block const& block) {
             continue;
         ++seen;
         vtxQuad const& quad = block.quads[i];
-        if (space.view && repeatQuad_(space, quad))
+        if (repeatQuad_(space, quad))
             continue;
         std::size_t const before = instances_.size();
         movable_ = false;
@@ -385,6 +395,43 @@ void vtxQuadBatcher::makeBlock_(Block const& block) {
     }
     if (instances_.size() != first)
         noteBlock_(block, first, seen, movable);
+}
+
+bool vtxQuadBatcher::patchBlock_(Block const& block, Kept& kept) {
+    if (!kept.movable || !setTexture_(block.texture, block.shape.sampler))
+        return false;
+    makeSpace_();
+    vtxQuadRepeats::Space const space = getRepeatSpace_();
+    for (std::uint64_t left = block.change->quads; left; left &= left - 1) {
+        int const i = std::countr_zero(left);
+        vtxQuadInstance& instance = instances_.getNext()[i];
+        // Colours are compared later, by the first of them if there is but one.
+        color_.set(instance.r, instance.g, instance.b, instance.a);
+        Repeat repeat;
+        if (findRepeat_(space, block.quads[i], repeat))
+            setRepeat_(instance, repeat);
+        else if (!makeAgain_(space, block.quads[i], instance))
+            return false;
+    }
+    kept.content = block.key.content;
+    return true;
+}
+
+bool vtxQuadBatcher::makeAgain_(vtxQuadRepeats::Space const& space, vtxQuad const& quad, vtxQuadInstance& instance) {
+    if (binding_.page && isOutside(quad))
+        return false;
+    vtxFloats const place = vtxPairs::load(&quad.x);
+    vtxFloats const picture = vtxPairs::load(&quad.uMin);
+    vtxUprightQuad made;
+    auto const result = made.make(space_, vtxPairs::first(place), vtxPairs::last(place), vtxPairs::first(picture),
+                                  vtxPairs::last(picture));
+    if (result != vtxUprightQuad::Seen || !made.movable)
+        return false;
+    ++made_;
+    setUpright_(instance, made);
+    if (space.view)
+        repeats_.remember(space, quad, instance, getLength_(instance));
+    return true;
 }
 
 bool vtxQuadBatcher::setBlockColor_(Block const& block, int quad) {
@@ -532,6 +579,10 @@ void vtxQuadBatcher::addUpright_(vtxPair position, vtxPair size, Coordinates con
     }
     movable_ = quad.movable;
     vtxQuadInstance& instance = append_(Box{quad.from[0], quad.from[1], quad.to[0], quad.to[1]}, false);
+    setUpright_(instance, quad);
+}
+
+void vtxQuadBatcher::setUpright_(vtxQuadInstance& instance, vtxUprightQuad const& quad) {
     vtxPair const corner = (quad.from - space_.viewOffset) / space_.viewScale;
     vtxPair const edges = (quad.to - quad.from) / space_.viewScale;
     vtxPairs::store(&instance.x, vtxPairs::join(corner, vtxPair{edges[0], 0.0}));

@@ -52,6 +52,8 @@ public:
         /// Straight, without the opacity.
         osg::Vec4f const* colors;
         float opacity;
+        /// How the content came from the one before; may be null.
+        vtxQuadChange const* change = nullptr;
 
         osg::Vec4f const& getColor(int quad) const { return colors[shape.colorEach ? quad : 0]; }
     };
@@ -136,6 +138,8 @@ private:
     bool isKnown_(Block const& block, Kept const& kept);
     /// Writes the next block again.
     void keepBlock_(Kept const& kept);
+    /// Makes those quads of the next block anew in which this one differs; false if it must be made as a whole.
+    bool patchBlock_(Block const& block, Kept& kept);
     /// Takes the next block to the place in force; false if it looks another there.
     bool moveBlock_(Block const& block, Kept& kept);
     bool hasSameColors_(Block const& block, Kept const& kept);
@@ -161,6 +165,15 @@ private:
     vtxQuadRepeats::Space getRepeatSpace_();
     /// The quad as one that was made before, at its own place; false if there is none or it looks another here.
     bool repeatQuad_(vtxQuadRepeats::Space const& space, vtxQuad const& quad);
+    struct Repeat {
+        vtxQuadRepeats::Entry const* made;
+        vtxUprightQuad quad;
+    };
+    bool findRepeat_(vtxQuadRepeats::Space const& space, vtxQuad const& quad, Repeat& repeat) const;
+    /// In the colour in force.
+    void setRepeat_(vtxQuadInstance& instance, Repeat const& repeat);
+    /// Makes another quad of an instance that could be moved; false if the new one could not.
+    bool makeAgain_(vtxQuadRepeats::Space const& space, vtxQuad const& quad, vtxQuadInstance& instance);
     void addQuad_(vtxQuad const& quad);
     void addAny_(vtxQuad const& quad);
     /// GUI units; coordinates of the picture.
@@ -168,6 +181,8 @@ private:
     void addStretched_(vtxPair position, vtxPair size, Coordinates const& coordinates);
     /// For the transform, the view and the binding in force.
     void makeSpace_();
+    /// With the colour in force.
+    void setUpright_(vtxQuadInstance& instance, vtxUprightQuad const& quad);
     void setCorner_(vtxQuadInstance& instance, vtxUprightQuad const& quad) const;
     /// Target pixels, of an upright instance.
     vtxPair getLength_(vtxQuadInstance const& instance) const {

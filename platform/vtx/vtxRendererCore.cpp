@@ -425,7 +425,7 @@ void vtxRendererCore::drawQuads(vtxShaderQuads const& quads, int first, int end)
         vtxShaderQuads::Batch const& batch = batches[i];
         if (batch.count > 0)
             batcher.addBlock({batch.key, quads.getQuads().data() + batch.first, getShape_(batch.count, false),
-                              batch.texture, &settings_.color, settings_.opacity});
+                              batch.texture, &settings_.color, settings_.opacity, &batch.change});
     }
 }
 

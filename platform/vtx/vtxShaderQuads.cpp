@@ -1,5 +1,6 @@
 #include "platform/vtx/vtxShaderQuads.h"
 
+#include "platform/vtx/vtxPair.h"
 #include "platform/vtx/vtxShader.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@ int vtxShaderQuads::beginBatch(vtxTexture const* texture, int hint) {
     constexpr int mostReserved = 1 << 16;
     if (hint > 0)
         quads_.reserve(quads_.size() + static_cast<std::size_t>(std::min(hint, mostReserved)));
-    batches_.push_back(Batch{texture, static_cast<int>(quads_.size()), 0, vtxQuadKey{0, owner_}});
+    batches_.push_back(Batch{texture, static_cast<int>(quads_.size()), 0, vtxQuadKey{0, owner_}, {}});
     return static_cast<int>(batches_.size()) - 1;
 }
 
@@ -39,12 +40,6 @@ void vtxShaderQuads::endBatch() {
     owner_ = batches_.back().key.owner;
 }
 
-void vtxShaderQuads::addBatch(vtxTexture const* texture, Quad const* quads, int count) {
-    batches_.push_back(Batch{texture, static_cast<int>(quads_.size()), count, vtxQuadKey{0, owner_}});
-    quads_.insert(quads_.end(), quads, quads + count);
-    endBatch();
-}
-
 void vtxShaderQuads::setTexture(vtxTexture const* texture) {
     for (Batch& batch : batches_) {
         batch.texture = texture;
@@ -66,4 +61,44 @@ void vtxShaderQuads::draw(vtxShader* shader) const {
 void vtxShaderQuads::drawBatch(vtxShader* shader, int batch) const {
     if (shader && batch >= 0)
         shader->drawQuads(*this, batch);
+}
+
+// --- Writing anew ---
+
+void vtxQuadsRewriter::addBatch(vtxTexture const* texture, vtxQuad const* quads, int count) {
+    qor::vector<vtxShaderQuads::Batch>& batches = target_.batches_;
+    bool const known = batches_ < batches.size() && batches[batches_].texture == texture &&
+                       batches[batches_].count == count && batches[batches_].key.content;
+    if (known) {
+        rewrite_(batches[batches_], quads);
+    } else {
+        drop_();
+        target_.beginBatch(texture, 0);
+        target_.quads_.insert(target_.quads_.end(), quads, quads + count);
+        batches.back().count = count;
+        target_.endBatch();
+    }
+    ++batches_;
+    quads_ += static_cast<std::size_t>(count);
+}
+
+void vtxQuadsRewriter::rewrite_(vtxShaderQuads::Batch& batch, vtxQuad const* quads) {
+    vtxQuad* const old = target_.quads_.data() + quads_;
+    std::uint64_t changed = 0;
+    for (int i = 0; i < batch.count; ++i) {
+        if (vtxPairs::isSame(vtxPairs::load(&old[i].x), vtxPairs::load(&quads[i].x)) &&
+            vtxPairs::isSame(vtxPairs::load(&old[i].uMin), vtxPairs::load(&quads[i].uMin)))
+            continue;
+        old[i] = quads[i];
+        changed |= std::uint64_t(1) << i % vtxQuadChange::mostQuads;
+    }
+    if (!changed)
+        return;
+    batch.change = {batch.count <= vtxQuadChange::mostQuads ? batch.key.content : 0, changed};
+    batch.key.renew();
+}
+
+void vtxQuadsRewriter::drop_() {
+    target_.batches_.resize(batches_);
+    target_.quads_.resize(quads_);
 }

@@ -18,6 +18,7 @@ public:
         int count = 0;
         /// Known once the batch was ended.
         vtxQuadKey key;
+        vtxQuadChange change;
     };
 
     /// Starts a batch and returns its number. `hint` is the expected count of quads, 0 if not known.
@@ -27,8 +28,6 @@ public:
     /// Texture coordinates of the quad added last.
     void addBatchTexCoords(float uMin, float vMin, float uMax, float vMax);
     void endBatch();
-    /// A whole batch.
-    void addBatch(vtxTexture const* texture, Quad const* quads, int count);
     /// Every batch shows this texture from now on.
     void setTexture(vtxTexture const* texture);
     /// Empties all batches and keeps the storage.
@@ -52,7 +51,31 @@ public:
     }
 
 private:
+    friend class vtxQuadsRewriter;
     qor::vector<Quad> quads_;
     std::uint32_t owner_ = 0;
     qor::vector<Batch> batches_;
+};
+
+/// Writes quads anew, batch by batch. A batch that comes out as it stood before keeps its key, and one that differs in
+/// some quads tells in which.
+class vtxQuadsRewriter {
+public:
+    explicit vtxQuadsRewriter(vtxShaderQuads& target) : target_(target) {}
+    /// Drops what was not written again.
+    ~vtxQuadsRewriter() { drop_(); }
+    vtxQuadsRewriter(vtxQuadsRewriter const&) = delete;
+    vtxQuadsRewriter& operator=(vtxQuadsRewriter const&) = delete;
+
+    void addBatch(vtxTexture const* texture, vtxQuad const* quads, int count);
+    /// Batches that were written.
+    int getCount() const { return static_cast<int>(batches_); }
+
+private:
+    void rewrite_(vtxShaderQuads::Batch& batch, vtxQuad const* quads);
+    void drop_();
+
+    vtxShaderQuads& target_;
+    std::size_t batches_ = 0;
+    std::size_t quads_ = 0;
 };

@@ -35,7 +35,7 @@ class LineMaker {
 public:
     /// `scratch` is where a batch grows until it is whole.
     LineMaker(vtxSizedFont::Line const& line, double size, vtxGlyphSet& glyphs, vtxGlyphPages& pages,
-              qor::vector<vtxQuad>& scratch, vtxShaderQuads& quads)
+              qor::vector<vtxQuad>& scratch, vtxQuadsRewriter& quads)
         : glyphs_(glyphs),
           pages_(pages),
           scratch_(scratch),
@@ -129,7 +129,7 @@ private:
     vtxGlyphSet& glyphs_;
     vtxGlyphPages& pages_;
     qor::vector<vtxQuad>& scratch_;
-    vtxShaderQuads& quads_;
+    vtxQuadsRewriter& quads_;
     Grid grid_;
     double pixelsPerUnit_;
     vtxTexture const* page_ = nullptr;  ///< of the batch that grows
@@ -175,7 +175,7 @@ void vtxSizedFont::forgetGlyphs() {
         kept = Kept();
 }
 
-void vtxSizedFont::addGlyphs(Line const& line, vtxShaderQuads& quads, std::shared_ptr<void const>& hold) {
+void vtxSizedFont::addGlyphs(Line const& line, vtxQuadsRewriter& quads, std::shared_ptr<void const>& hold) {
     std::lock_guard const lock(store_->mutex);
     vtxGlyphSet* const glyphs = getGlyphs_(line, hold);
     if (!glyphs)

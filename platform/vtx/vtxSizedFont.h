@@ -9,7 +9,7 @@
 #include <memory>
 #include <string_view>
 
-class vtxShaderQuads;
+class vtxQuadsRewriter;
 
 /// The font that the font manager hands out: a chain of faces at a size and blur. May be called from any thread.
 class vtxSizedFont final : public vtxFont {
@@ -25,7 +25,7 @@ public:
     };
     /// Appends quads in GUI units that stand on whole pixels from the pen, a batch for each page. `hold` keeps the
     /// glyphs.
-    void addGlyphs(Line const& line, vtxShaderQuads& quads, std::shared_ptr<void const>& hold);
+    void addGlyphs(Line const& line, vtxQuadsRewriter& quads, std::shared_ptr<void const>& hold);
     /// Lets the glyphs of an earlier scale go; the store's lock is held.
     void forgetGlyphs();
 

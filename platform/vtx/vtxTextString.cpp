@@ -92,19 +92,18 @@ bool vtxTextString::setLine(std::shared_ptr<vtxFont> const& newFont, std::wstrin
     return true;
 }
 
-void vtxTextString::addBar_(float y, float width, float height) const {
-    quads.beginBatch(nullptr, 1);
-    quads.addBatchQuad(static_cast<float>(position.x()), static_cast<float>(position.y()) + y, width, height, -1.0f);
-    quads.addBatchTexCoords(0.0f, 0.0f, 0.0f, 0.0f);
-    quads.endBatch();
+void vtxTextString::addBar_(vtxQuadsRewriter& written, float y, float width, float height) const {
+    vtxQuad const quad{static_cast<float>(position.x()), static_cast<float>(position.y()) + y, width, height, 0.0f, 0.0f,
+                       0.0f, 0.0f};
+    written.addBatch(nullptr, &quad, 1);
 }
 
 void vtxTextString::build_(float scale) const {
     stale_ = false;
     builtScale_ = scale;
     builtGeneration_ = getGeneration();
-    quads.reset();
-    auto const endLayer = [this](Layer layer) { layerEnds_[layer] = static_cast<int>(quads.getBatches().size()); };
+    vtxQuadsRewriter written(quads);
+    auto const endLayer = [&](Layer layer) { layerEnds_[layer] = written.getCount(); };
     vtxFont* const base = font.get();
     auto* const sized = base && typeid(*base) == typeid(vtxSizedFont) ? static_cast<vtxSizedFont*>(base) : nullptr;
     osg::Vec2d const pen(position.x(), position.y());
@@ -112,21 +111,21 @@ void vtxTextString::build_(float scale) const {
     auto const width = hasBars && font && !text.empty() ? static_cast<float>(font->getTextWidth(text, -1.0f)) : 0.0f;
 
     if (width > 0.0f && isSeen(bkgColor))
-        addBar_(static_cast<float>(-font->getAscender()), width,
+        addBar_(written, static_cast<float>(-font->getAscender()), width,
                 static_cast<float>(font->getAscender() - font->getDescender()));
     endLayer(LayerBkg);
     if (sized && isSeen(shadowColor))
-        sized->addGlyphs({text, pen + osg::Vec2d(shadowOffset.x(), shadowOffset.y()), scale, false}, quads, glyphs_[0]);
+        sized->addGlyphs({text, pen + osg::Vec2d(shadowOffset.x(), shadowOffset.y()), scale, false}, written, glyphs_[0]);
     endLayer(LayerShadow);
     if (sized && sized->getBlur() != vtxFont::BlurNone && isSeen(blurColor))
-        sized->addGlyphs({text, pen, scale, true}, quads, glyphs_[1]);
+        sized->addGlyphs({text, pen, scale, true}, written, glyphs_[1]);
     endLayer(LayerBlur);
     if (sized)
-        sized->addGlyphs({text, pen, scale, false}, quads, glyphs_[0]);
+        sized->addGlyphs({text, pen, scale, false}, written, glyphs_[0]);
     endLayer(LayerGlyphs);
     if (width > 0.0f && lineThroughHeight > 0 && isSeen(lineThroughColor)) {
         double const middle = sized ? sized->getXHeight() * 0.5 : font->getAscender() * 0.25;
-        addBar_(static_cast<float>(-std::floor(middle + 0.5) - lineThroughOffset), width,
+        addBar_(written, static_cast<float>(-std::floor(middle + 0.5) - lineThroughOffset), width,
                 static_cast<float>(lineThroughHeight));
     }
     endLayer(LayerLineThrough);

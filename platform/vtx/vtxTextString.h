@@ -65,7 +65,7 @@ private:
     void copyContent_(vtxTextString const& other);
     void build_(float scale) const;
     void drawBatches_(vtxRendererCore& core, osg::Vec4f const& layerColor, int begin, int end) const;
-    void addBar_(float y, float width, float height) const;
+    void addBar_(vtxQuadsRewriter& quads, float y, float width, float height) const;
 
     // What drawing builds again when the scale has changed; all of it follows from the fields above.
     mutable std::array<int, LayerCount> layerEnds_ = {};  ///< batches up to the end of each layer

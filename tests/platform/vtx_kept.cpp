@@ -40,14 +40,24 @@ protected:
 
     void fillText(Thing& thing) {
         thing.text.font = font_;
-        thing.text.text.assign(static_cast<std::size_t>(choose(4)), wchar_t(L'a' + choose(26)));
+        // Of the long ones, not every quad is told apart.
+        int const length = choose(8) ? choose(6) : 60 + choose(10);
+        thing.text.text.assign(static_cast<std::size_t>(length), wchar_t(L'a' + choose(26)));
         thing.text.color = Vec4f(1.0f, choose(2), 1.0f, 1.0f);
         thing.text.shadowColor = Vec4f(0.0f, 0.0f, 0.0f, choose(2));
         thing.text.redraw(-1.0f);
     }
 
+    void changeLetter(Thing& thing) {
+        if (thing.text.text.empty())
+            return;
+        thing.text.text[static_cast<std::size_t>(choose(static_cast<int>(thing.text.text.size())))] =
+            wchar_t(L'a' + choose(26));
+        thing.text.redraw(-1.0f);
+    }
+
     void change(Thing& thing) {
-        switch (choose(9)) {
+        switch (choose(12)) {
             case 0:
                 return fillBkg(thing);
             case 1:
@@ -70,8 +80,11 @@ protected:
             case 7:
                 thing.clip = choose(3) ? Rect(0, 0, 200, 100) : Rect(choose(90), choose(50), 150, 90);
                 break;
-            default:
+            case 8:
                 thing.sampler = choose(2);
+                break;
+            default:
+                changeLetter(thing);
                 break;
         }
     }
@@ -130,10 +143,10 @@ protected:
             else
                 thing->bkg.draw(&shader());
             shader().resetTextureSampler();
-            vtxTextString text = thing->text;
             if (anew)
-                text.redraw(-1.0f);
-            (anew ? text : thing->text).draw(&shader(), -1.0f);
+                copyOf(thing->text).draw(&shader(), -1.0f);
+            else
+                thing->text.draw(&shader(), -1.0f);
             if (thing->lined)
                 core().prepareLines(Vec4f(1, 1, 0, 1)).addLine({1.0, 1.0, thing->x, 20.0, 1.0, true, true});
         }
@@ -144,6 +157,16 @@ protected:
         copy.setTexture(bkg.getTexture());
         for (int i = 0; i < bkg.count; ++i)
             copy.addQuad(bkg.getQuads()[i]);
+        return copy;
+    }
+
+    static vtxTextString copyOf(vtxTextString const& text) {
+        vtxTextString copy;
+        copy.font = text.font;
+        copy.text = text.text;
+        copy.color = text.color;
+        copy.shadowColor = text.shadowColor;
+        copy.redraw(-1.0f);
         return copy;
     }
 
@@ -209,6 +232,35 @@ TEST_F(Kept, AreAllOfAnUnchangedFrameAndAllButTheChangedOnesOfAnother) {
     EXPECT_EQ(countMade(), 0u);
     things_[7]->colors[0].a() = 1.0f;
     EXPECT_EQ(countMade(), 1u) << "what was transparent comes back";
+}
+
+TEST_F(Kept, AreThoseLettersOfATextThatComeOutTheSame) {
+    things_.push_back(std::make_unique<Thing>());
+    vtxTextString& text = things_[0]->text;
+    auto const font =
+        renderer_->getFontManager()->getFont("assets/fonts/JetBrainsMono-Regular.ttf", 14, vtxFont::BlurNone);
+    auto const show = [&](wchar_t const* shown, int x) {
+        bool const changed = text.setLine(font, shown, osg::Vec2i(x, 20));
+        text.update(-1.0f);
+        return changed;
+    };
+    text.color = Vec4f(1, 1, 1, 1);
+    show(L"count 0139 548", 5);
+    countMade();
+    EXPECT_TRUE(show(L"count 0135 548", 5));
+    EXPECT_EQ(countMade(), 1u);
+    EXPECT_FALSE(show(L"count 0135 548", 5));
+    EXPECT_EQ(countMade(), 0u);
+    EXPECT_TRUE(show(L"count 135 548", 5));
+    EXPECT_EQ(countMade(), 11u) << "another number of letters";
+    EXPECT_TRUE(show(L"count 135 548", 6));
+    EXPECT_EQ(countMade(), 11u);
+    text.redraw(-1.0f);
+    EXPECT_EQ(countMade(), 0u) << "nothing came out otherwise";
+    // What was drawn is no longer the content before.
+    show(L"count 136 548", 6);
+    show(L"count 136 547", 6);
+    EXPECT_EQ(countMade(), 11u);
 }
 
 TEST_F(Kept, QuadsThatMovedAreThoseThatWouldBeMadeThere) {
