@@ -224,6 +224,24 @@ Text::Info const* Data::getText(InteractiveState state, int inner) const {
     return findLook_(&StateInfo::hasText, &StateInfo::text, state, inner);
 }
 
+Data::Looks Data::findLooks_(InteractiveState state, int inner) const {
+    // Widgets that are redrawn together are mostly of a few classes, each of which shares a table.
+    struct Answer {
+        StateTable const* table = nullptr;
+        unsigned epoch = 0;
+        InteractiveState state = InteractiveStateReleased;
+        int inner = 0;
+        Looks looks;
+    };
+    static Answer answers[8];
+    auto const place = reinterpret_cast<std::uintptr_t>(states.get()) / alignof(std::max_align_t);
+    Answer& known = answers[(place + static_cast<unsigned>(state)) % std::size(answers)];
+    unsigned const epoch = LookEpoch::now();
+    if (known.table != states.get() || known.epoch != epoch || known.state != state || known.inner != inner)
+        known = {states.get(), epoch, state, inner, {getBkg(state, inner), getImage(state, inner), getText(state, inner)}};
+    return known.looks;
+}
+
 Data::StateTable& Data::editStates_() {
     LookEpoch::advance();
     MeasurePass::forgetAll();

@@ -153,6 +153,15 @@ private:
     bool paramsLast_() const;
     bool looksLast_() const;
 
+    /// The looks of a state, null where it has none.
+    struct Looks {
+        Bkg::Info const* bkg = nullptr;
+        Image::Info const* image = nullptr;
+        Text::Info const* text = nullptr;
+    };
+    /// All at once, for classes with `looksLast_`.
+    Looks findLooks_(InteractiveState state, int inner) const;
+
     /// The parameters of this class, in the order of its fields.
     using ParamValues = std::tuple<osg::Vec2i, osg::Vec2i, Insets, bool, bool, int, Insets, osg::Vec4f, Insets>;
     /// What a new object of this class has read.

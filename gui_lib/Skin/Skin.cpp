@@ -271,9 +271,16 @@ void Skin::redraw_() {
     if (data && widget) {
         InteractiveState const state = widget->getInteractiveState();
         int const inner = widget->getInnerState();
-        redrawBkg_(state, inner);
-        redrawText_(state, inner);
-        redrawImage_(state, inner);
+        if ((ownWays_.getFlags(*this, learnOwnWays_) & RedrawsInOneGo) && data->looksLast_()) {
+            Data::Looks const looks = data->findLooks_(state, inner);
+            showBkg_(looks.bkg);
+            showText_(looks.text);
+            redrawImage_(image, looks.image);
+        } else {
+            redrawBkg_(state, inner);
+            redrawText_(state, inner);
+            redrawImage_(state, inner);
+        }
         redrawFocusRect_();
         updateTarget_();
     }
@@ -283,8 +290,9 @@ void Skin::redraw_() {
     MeasurePass::forgetFleeting();
 }
 
-void Skin::redrawBkg_(InteractiveState state, int inner) {
-    Bkg::Info const* const info = data->getBkg(state, inner);
+void Skin::redrawBkg_(InteractiveState state, int inner) { showBkg_(data->getBkg(state, inner)); }
+
+void Skin::showBkg_(Bkg::Info const* info) {
     osg::Vec2i const size = getWidgetNonZoomedSize_();
     if (!info || size.x() < 1 || size.y() < 1 || !isVisible(*info)) {
         destroyDrawable(bkg);
@@ -297,8 +305,9 @@ void Skin::redrawBkg_(InteractiveState state, int inner) {
     bkg->redraw();
 }
 
-void Skin::redrawText_(InteractiveState state, int inner) {
-    Text::Info const* const info = data->getText(state, inner);
+void Skin::redrawText_(InteractiveState state, int inner) { showText_(data->getText(state, inner)); }
+
+void Skin::showText_(Text::Info const* info) {
     if (!info || !isVisible(*info)) {
         destroyDrawable(text);
         return;
@@ -408,7 +417,10 @@ unsigned Skin::learnOwnWays_(VirtualTable table) {
         table.sharesAll(skinTable, &Skin::makeBkg_, &Skin::makeBeginClipByInsets, &Skin::makeImage_, &Skin::makeText_,
                         &Skin::makeChildren_, &Skin::makeEndClipByInsets);
     bool const entersDrawing = table.sharesAll(skinTable, &Skin::draw_, &Skin::make_);
-    return (drawsInOneGo ? DrawsInOneGo : 0U) | (entersDrawing ? EntersDrawing : 0U);
+    void (Skin::*const redrawImage)(InteractiveState, int) = &Skin::redrawImage_;
+    bool const redrawsInOneGo = table.sharesAll(skinTable, &Skin::redrawBkg_, &Skin::redrawText_, redrawImage);
+    return (drawsInOneGo ? DrawsInOneGo : 0U) | (entersDrawing ? EntersDrawing : 0U) |
+           (redrawsInOneGo ? RedrawsInOneGo : 0U);
 }
 
 void Skin::drawInOneGo_() {

@@ -4,6 +4,7 @@
 
 #include <osg/Vec2i>
 
+#include "gui_lib/Skin/Bkg.h"
 #include "gui_lib/Skin/Image.h"
 #include "gui_lib/Skin/Text.h"
 #include "gui_lib/base/InteractiveState.h"
@@ -18,7 +19,6 @@ struct lua_State;
 
 namespace gui {
 
-class Bkg;
 class FocusRect;
 class GraphicCommands;
 class Widget;
@@ -208,8 +208,11 @@ private:
     osg::RectImpl<osg::Vec2i> getInsetsClip_() const;
 
     /// What the class of this object leaves as Skin has it.
-    enum OwnWays : unsigned { DrawsInOneGo = 1, EntersDrawing = 2 };
+    enum OwnWays : unsigned { DrawsInOneGo = 1, EntersDrawing = 2, RedrawsInOneGo = 4 };
     static unsigned learnOwnWays_(VirtualTable table);
+    /// What the steps of `redraw_` do with a look, null for none.
+    void showBkg_(Bkg::Info const* info);
+    void showText_(Text::Info const* info);
     /// What the steps of `draw_` do together in a class that overrides none of them.
     void drawInOneGo_();
     /// The same for `make_`.

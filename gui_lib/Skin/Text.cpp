@@ -253,6 +253,11 @@ bool Text::keepsLines_(osg::Vec2i const& size) const {
     return !wrapping && (!useEllipsis || (!laidOutText_ && lineWidth_ <= calcAvailableWidth_(size)));
 }
 
+/// Whether each of them stays where it is, too.
+bool Text::keepsPlaces_(osg::Vec2i const& size) const {
+    return size.y() == laidOutSize_.y() && info.align.getHorzAlign().type == Align::Min && keepsLines_(size);
+}
+
 void Text::redraw(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size, bool deleteInvisibleLines) {
     if (!textDirty)
         return;
@@ -260,7 +265,8 @@ void Text::redraw(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size
     FontEpoch const epoch = FontEpoch::now();
     bool const fontKnown = isFontKnown_(epoch);
     bool const textKnown = fontKnown && !inputChanged_ && isLaidOutText_(text);
-    if (textKnown && laidOutSize_ == size && deletedInvisibleLines_ == deleteInvisibleLines) {
+    if (textKnown && deletedInvisibleLines_ == deleteInvisibleLines && (laidOutSize_ == size || keepsPlaces_(size))) {
+        laidOutSize_ = size;
         if (colorsChanged_)
             styleTextStrings_(0);
         return;

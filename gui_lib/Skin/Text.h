@@ -130,6 +130,7 @@ private:
     bool isLaidOutText_(qor::basic_string<wchar_t> const& text) const;
     void noteText_(qor::basic_string<wchar_t> const& text);
     bool keepsLines_(osg::Vec2i const& size) const;
+    bool keepsPlaces_(osg::Vec2i const& size) const;
     void divide_(qor::basic_string<wchar_t> const& text, osg::Vec2i const& size);
     void updateTextStrings_(osg::Vec2i const& size, int lineHeight, bool deleteInvisibleLines);
     void styleTextStrings_(std::size_t first);
