@@ -238,7 +238,8 @@ Data::Looks Data::findLooks_(InteractiveState state, int inner) const {
     Answer& known = answers[(place + static_cast<unsigned>(state)) % std::size(answers)];
     unsigned const epoch = LookEpoch::now();
     if (known.table != states.get() || known.epoch != epoch || known.state != state || known.inner != inner)
-        known = {states.get(), epoch, state, inner, {getBkg(state, inner), getImage(state, inner), getText(state, inner)}};
+        known = {
+            states.get(), epoch, state, inner, {getBkg(state, inner), getImage(state, inner), getText(state, inner)}};
     return known.looks;
 }
 

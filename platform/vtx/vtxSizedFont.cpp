@@ -36,11 +36,7 @@ public:
     /// `scratch` is where a batch grows until it is whole.
     LineMaker(vtxSizedFont::Line const& line, double size, vtxGlyphSet& glyphs, vtxGlyphPages& pages,
               qor::vector<vtxQuad>& scratch, vtxQuadsRewriter& quads)
-        : glyphs_(glyphs),
-          pages_(pages),
-          scratch_(scratch),
-          quads_(quads),
-          pixelsPerUnit_(toPixels(1, size)) {
+        : glyphs_(glyphs), pages_(pages), scratch_(scratch), quads_(quads), pixelsPerUnit_(toPixels(1, size)) {
         float const pixel = 1.0f / line.scale;
         grid_.pen = vtxPair{line.pen.x(), line.pen.y()};
         grid_.pixels = vtxPairs::both(pixel);

@@ -52,6 +52,6 @@ private:
     int size_;
     Blur blur_;
     int ascender_, descender_, lineHeight_;
-    Kept kept_[2];                 ///< sharp and softened
+    Kept kept_[2];               ///< sharp and softened
     qor::vector<vtxQuad> made_;  ///< scratch of addGlyphs
 };

@@ -93,8 +93,8 @@ bool vtxTextString::setLine(std::shared_ptr<vtxFont> const& newFont, std::wstrin
 }
 
 void vtxTextString::addBar_(vtxQuadsRewriter& written, float y, float width, float height) const {
-    vtxQuad const quad{static_cast<float>(position.x()), static_cast<float>(position.y()) + y, width, height, 0.0f, 0.0f,
-                       0.0f, 0.0f};
+    vtxQuad const quad{
+        static_cast<float>(position.x()), static_cast<float>(position.y()) + y, width, height, 0.0f, 0.0f, 0.0f, 0.0f};
     written.addBatch(nullptr, &quad, 1);
 }
 
@@ -115,7 +115,8 @@ void vtxTextString::build_(float scale) const {
                 static_cast<float>(font->getAscender() - font->getDescender()));
     endLayer(LayerBkg);
     if (sized && isSeen(shadowColor))
-        sized->addGlyphs({text, pen + osg::Vec2d(shadowOffset.x(), shadowOffset.y()), scale, false}, written, glyphs_[0]);
+        sized->addGlyphs({text, pen + osg::Vec2d(shadowOffset.x(), shadowOffset.y()), scale, false}, written,
+                         glyphs_[0]);
     endLayer(LayerShadow);
     if (sized && sized->getBlur() != vtxFont::BlurNone && isSeen(blurColor))
         sized->addGlyphs({text, pen, scale, true}, written, glyphs_[1]);

@@ -247,33 +247,46 @@ TEST_F(TextDrawing, aTextThatChangesBitByBitDrawsAsOneMadeNew) {
     // High enough for all lines: how many strings there are below a box depends on what was there before.
     osg::Vec2i size(100, 900);
     bool wrapping = false;
+    bool ellipsis = false;
     Text kept;
     auto const layOut = [&](Text& text) {
         text.setWrapping(wrapping);
+        text.setUseEllipsis(ellipsis);
         text.set(info);
         text.redraw(content, size, false);
         text.doRedraw();
         return quads([&] { text.draw(); });
     };
     osg::Vec4f* const colors[] = {&info.color, &info.bkgColor, &info.shadowColor, &info.lineThroughColor};
-    for (int round = 0; round < 300; ++round) {
-        switch (pick(9)) {
+    for (int round = 0; round < 1000; ++round) {
+        switch (pick(14)) {
             case 0:
                 content = contents[pick(4)];
                 break;
             case 1:
-                size.set(20 + pick(3) * 60, 900);
-                break;
             case 2:
-                wrapping = !wrapping;
+                size.x() = 20 + pick(3) * 60;
                 break;
             case 3:
-                info.align = Align2(Align(Align::Type(pick(3)), pick(2)), Align(Align::Type(pick(3)), 0));
+                size.y() = 900 + pick(3);
                 break;
             case 4:
-                info.shadowOffset.set(pick(3), 1), info.lineThroughOffset = pick(3);
+                wrapping = !wrapping;
                 break;
             case 5:
+                ellipsis = !ellipsis;
+                break;
+            case 6:
+                if (!content.empty())
+                    content[static_cast<std::size_t>(pick(static_cast<int>(content.size())))] = L'a' + pick(26);
+                break;
+            case 7:
+                info.align = Align2(Align(Align::Type(pick(3)), pick(2)), Align(Align::Type(pick(3)), 0));
+                break;
+            case 8:
+                info.shadowOffset.set(pick(3), 1), info.lineThroughOffset = pick(3);
+                break;
+            case 9:
                 info.fontSize = 14 + pick(3);
                 break;
             default:
