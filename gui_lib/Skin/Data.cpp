@@ -171,34 +171,38 @@ Data::InnerTable const* Data::findInnerStateInfos_(InteractiveState state) const
     return found == states->end() ? nullptr : &found->second;
 }
 
+struct Data::KnownLook {
+    StateTable const* table = nullptr;
+    unsigned epoch = 0;
+    InteractiveState state = InteractiveStateReleased;
+    int inner = 0;
+    StateInfo* found = nullptr;
+};
+
 StateInfo* Data::findStateInfo_(InteractiveState state, int inner) const {
     // A redraw asks for one look after the other of a table that most widgets of a class share, and a change of state
     // goes back and forth between two.
-    struct Answer {
-        StateTable const* table = nullptr;
-        unsigned epoch = 0;
-        InteractiveState state = InteractiveStateReleased;
-        int inner = 0;
-        StateInfo* found = nullptr;
-    };
-    static Answer answers[interactiveStateCount];
-    Answer& last = answers[static_cast<unsigned>(state) % interactiveStateCount];
-    unsigned const epoch = LookEpoch::now();
-    if (last.table != states.get() || last.epoch != epoch || last.state != state || last.inner != inner)
-        last = {states.get(), epoch, state, inner, searchStateInfo_(state, inner)};
-    return last.found;
+    static KnownLook looks[interactiveStateCount];
+    KnownLook& known = looks[static_cast<unsigned>(state) % interactiveStateCount];
+    bool const same = known.table == states.get() && known.epoch == LookEpoch::ofLooks() && known.state == state &&
+                      known.inner == inner;
+    return same ? known.found : searchStateInfo_(known, state, inner);
 }
 
-StateInfo* Data::searchStateInfo_(InteractiveState state, int inner) const {
+StateInfo* Data::searchStateInfo_(KnownLook& known, InteractiveState state, int inner) const {
     InnerTable const* inners = findInnerStateInfos_(state);
     if (!inners && state != InteractiveStateReleased)
         inners = findInnerStateInfos_(InteractiveStateReleased);
-    if (!inners)
-        return nullptr;
-    auto found = inners->find(inner);
-    if (found == inners->end() && inner != 1)
-        found = inners->find(1);
-    return found == inners->end() ? nullptr : found->second.get();
+    StateInfo* result = nullptr;
+    if (inners) {
+        auto found = inners->find(inner);
+        if (found == inners->end() && inner != 1)
+            found = inners->find(1);
+        if (found != inners->end())
+            result = found->second.get();
+    }
+    known = {states.get(), LookEpoch::ofLooks(), state, inner, result};
+    return result;
 }
 
 template <class Info>

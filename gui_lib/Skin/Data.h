@@ -184,7 +184,9 @@ private:
     void load_(lua_State* L);
     void loadFields_(lua_State* L);
     bool hasDefaultParams_() const;
-    StateInfo* searchStateInfo_(InteractiveState state, int inner) const;
+    /// What `findStateInfo_` answered last for a state.
+    struct KnownLook;
+    StateInfo* searchStateInfo_(KnownLook& known, InteractiveState state, int inner) const;
     StateTable& editStates_();
     void addUser_(Skin* skin);
     void removeUser_(Skin* skin);

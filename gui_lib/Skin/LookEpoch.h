@@ -7,6 +7,8 @@ namespace gui::skin {
 class LookEpoch {
 public:
     static unsigned now();
+    /// The same for what is found in a `Data`, whatever pictures it names.
+    static unsigned ofLooks() { return changes_; }
     static void advance() { ++changes_; }
 
 private:
