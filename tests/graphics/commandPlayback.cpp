@@ -323,6 +323,7 @@ TEST_F(CommandPlayback, aTextCopiedOverItsOwnCopyIsThatOfNow) {
 
 TEST_F(CommandPlayback, whatIsRecordedAgainIsWhatItIsNow) {
     vtxTextString string = makeString(L"Text", 10, 40);
+    vtxTextString other = makeString(L"Other", 10, 80);
     vtxShaderQuads shapes = makeQuads();
     vtxShaderBkgQuads bkg;
     bkg.addQuad({0, 0, 5, 5, 0, 0, 0, 0});
@@ -333,6 +334,7 @@ TEST_F(CommandPlayback, whatIsRecordedAgainIsWhatItIsNow) {
         shader->setColors(colors.front().ptr(), bkg.count);
         bkg.draw(shader);
         string.draw(shader, -1.0f);
+        other.draw(shader, -1.0f);
         shader->setColor(colors.front());
         shapes.draw(shader);
     };
@@ -340,6 +342,7 @@ TEST_F(CommandPlayback, whatIsRecordedAgainIsWhatItIsNow) {
     auto const record = [&] {
         list.drawBkg(bkg, colors.front().ptr());
         list.drawText(&string, nullptr, -1.0f);
+        list.drawText(&other, nullptr, -1.0f);
         list.drawQuads(shapes, colors.front(), 0, -1);
     };
     std::function<void()> const changes[] = {
