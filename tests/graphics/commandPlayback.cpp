@@ -207,22 +207,19 @@ TEST_F(CommandPlayback, aPlaceIsAModelViewThatTranslatesWithAClipInside) {
     for (auto const* clip : clips) {
         for (osg::Matrixf const& matrix : outer) {
             osg::Matrixf found;
-            auto const look = [&](GraphicCommands& list) {
-                list.drawFunc([&] { found = renderer->getModelViewMatrix(); }, osg::Vec2i(), {});
-            };
             auto const byPlace = [&](GraphicCommands& list) {
                 list.setModelViewMatrix(matrix);
                 GraphicCommandPlaceGuard const guard(&list, osg::Vec2i(7, -3), clip);
-                look(list);
+                list.drawFunc([&] { found = renderer->getModelViewMatrix(); }, osg::Vec2i(), {});
             };
-            std::string const expected = operationsRecorded([&](GraphicCommands& list) {
-                list.setModelViewMatrix(matrix);
-                GraphicCommandModelViewMatrixGuard guard(&list);
+            std::string const expected = operations([&] {
+                renderer->setModelViewMatrix(matrix);
+                vtxRenderer::ModelViewMatrixGuard guard;
                 guard.setTranslate(7, -3, 0);
-                std::optional<GraphicCommandClipRectGuard> inside;
+                std::optional<vtxRenderer::ClipRectGuard> inside;
                 if (clip)
-                    inside.emplace(&list, *clip);
-                look(list);
+                    inside.emplace(*clip);
+                found = renderer->getModelViewMatrix();
             });
             osg::Matrixf const expectedMatrix = found;
             EXPECT_EQ(operationsRecorded(byPlace), expected);
