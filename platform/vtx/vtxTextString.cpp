@@ -47,6 +47,7 @@ vtxTextString& vtxTextString::operator=(vtxTextString const& other) {
     textLength = other.textLength;
     layerEnds_ = other.layerEnds_;
     builtScale_ = other.builtScale_;
+    stale_ = other.stale_;
     builtGeneration_ = other.builtGeneration_;
     return *this;
 }

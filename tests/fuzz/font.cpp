@@ -32,7 +32,7 @@ void checkGlyphs(vtxFontChain const& chain, qor::vector<unsigned> const& glyphs,
         vtxGlyphSet set(chain, size, blur);
         for (unsigned const number : glyphs) {
             int const phase = int(number) % set.getPhaseCount();
-            vtxGlyphSet::Glyph const& glyph = set.get(vtxPlacedGlyph{0, number, 0, 0}, 0, phase, pages);
+            vtxGlyphSet::Glyph const& glyph = set.get(vtxPlacedGlyph{0, number, 0, 0}, phase, pages);
             vtxShaderQuads::Quad const& quad = glyph.quad;
             check(!glyph.page || (quad.uMin >= 0 && quad.vMin >= 0 && quad.uMax <= 1 && quad.vMax <= 1 && quad.w > 0 &&
                                   quad.h > 0),
@@ -59,8 +59,12 @@ void use(vtxFontCatalog& catalog, vtxFontFace& face) {
          {L"AVA To fi\x300x", L"\x634\x645\x633 \x915\x94D\x937", L"g", L"", L"\x1F600\xFFFD\x10FFFF\xD800\t"}) {
         vtxEm const width = chain.measure(text);
         glyphs.clear();
-        auto const collect = [&](vtxPlacedGlyph const& glyph, char32_t) { glyphs.push_back(glyph); };
-        check(chain.layOut(text, collect) == width, "measuring is laying out without the glyphs");
+        auto const collectPlain = [&](std::wstring_view characters, vtxEm const*) {
+            for (wchar_t const character : characters)
+                glyphs.push_back(chain.getPlain(char32_t(character)));
+        };
+        auto const collect = [&](vtxPlacedGlyph const& glyph) { glyphs.push_back(glyph); };
+        check(chain.layOut(text, collectPlain, collect) == width, "measuring is laying out without the glyphs");
         check(chain.measure(text) == width, "a second measuring gives the same");
         for (vtxPlacedGlyph const& glyph : glyphs) {
             check(&chain.getFace(glyph.face) == &face, "there is only the one face");
