@@ -338,7 +338,7 @@ void Text::styleTextStrings_(std::size_t first) {
     for (std::size_t i = first; i < textStrings.size(); ++i) {
         vtxTextString& string = *textStrings[i];
         if (inputChanged_)
-            string.setStale();
+            string.setStale(), stringsDirty = true;
         string.color = info.color;
         string.bkgColor = info.bkgColor;
         string.shadowColor = info.shadowColor;
