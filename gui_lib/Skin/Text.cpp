@@ -200,13 +200,13 @@ void Text::divideTextIntoLines_(vtxFont const& font, qor::basic_string<wchar_t> 
     int const availableWidth = calcAvailableWidth_(size);
     qor::basic_string<wchar_t> shortened;
     using View = std::basic_string_view<wchar_t>;
-    auto const addLine = [&](View line, int width) {
-        if (!useEllipsis || width <= availableWidth) {
-            emit(line, width);
-        } else {
-            int const shortenedWidth = EllipsisSearch(font, line, availableWidth).run(shortened);
-            emit(View(shortened), shortenedWidth);
+    // Inline, since most texts are one line.
+    auto const addLine = [&](View line, int width) __attribute__((always_inline)) {
+        if (useEllipsis && width > availableWidth) [[unlikely]] {
+            width = EllipsisSearch(font, line, availableWidth).run(shortened);
+            line = shortened;
         }
+        emit(line, width);
     };
 
     std::size_t const firstEnd = text.find(L'\n');

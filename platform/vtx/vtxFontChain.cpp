@@ -120,24 +120,27 @@ template size_t vtxFontChain::addPlain_<true>(std::wstring_view text, size_t ind
 template <bool wantPens>
 size_t vtxFontChain::walkPlain_(std::wstring_view text, size_t index, Walk& walk) {
     // What is seen elsewhere stays out of the loop.
-    vtxEm pen = walk.pen;
-    std::size_t left = walk.left;
-    vtxEm* nextPen = pens_.data();
     std::int32_t const* const steps = steps_.data();
+    std::int32_t const* row = steps + walk.left * plainCount;
+    vtxEm pen = walk.pen;
+    vtxEm* nextPen = pens_.data();
     for (; index < text.size(); ++index) {
         std::size_t const code = static_cast<char32_t>(text[index]);
         if (!isPlain_(code))
             break;
-        vtxEm step = steps[left * plainCount + code];
-        if (step == unknownStep &&
-            (step = noteStep_(static_cast<char32_t>(left), static_cast<char32_t>(code))) == unknownStep)
-            break;
+        vtxEm step = row[code];
+        if (step == unknownStep) [[unlikely]] {
+            step = noteStep_(static_cast<char32_t>((row - steps) / plainCount), static_cast<char32_t>(code));
+            if (step == unknownStep)
+                break;
+        }
         pen += step;
-        left = code;
+        row = steps + code * plainCount;
         if (wantPens)
             *nextPen++ = pen - ascii_[code].advance;
     }
-    walk = {pen, static_cast<char32_t>(left), left ? ascii_[left].face : -1};
+    auto const left = static_cast<char32_t>((row - steps) / plainCount);
+    walk = {pen, left, left ? ascii_[left].face : -1};
     return index;
 }
 
