@@ -60,14 +60,19 @@ void expectNear(std::vector<double> const& actual, std::vector<double> const& ex
 
 constexpr double pi = 3.14159265358979;
 
-/// Corner and edges of a rectangle after a turn about a pivot, counter-clockwise on a screen whose y points down.
+/// Corner and edges of a rectangle after a turn about a pivot, counter-clockwise on a screen whose y points down. Corners
+/// lie on steps of 1/256 pixel.
 std::vector<double> turned(double degrees, osg::Vec2d pivot, osg::Vec2d place, osg::Vec2d corner, osg::Vec2d size) {
     double const c = std::cos(degrees / 180.0 * pi);
     double const s = std::sin(degrees / 180.0 * pi);
     auto const turn = [=](osg::Vec2d const& v) { return osg::Vec2d(v.x() * c + v.y() * s, -v.x() * s + v.y() * c); };
-    osg::Vec2d const at = place + pivot + turn(corner - pivot);
-    osg::Vec2d const u = turn(osg::Vec2d(size.x(), 0));
-    osg::Vec2d const v = turn(osg::Vec2d(0, size.y()));
+    auto const toCorner = [&](osg::Vec2d const& unturned) {
+        osg::Vec2d const at = (place + pivot + turn(unturned - pivot)) * 256.0;
+        return osg::Vec2d(std::round(at.x()), std::round(at.y())) / 256.0;
+    };
+    osg::Vec2d const at = toCorner(corner);
+    osg::Vec2d const u = toCorner(corner + osg::Vec2d(size.x(), 0)) - at;
+    osg::Vec2d const v = toCorner(corner + osg::Vec2d(0, size.y())) - at;
     return {at.x(), at.y(), u.x(), u.y(), v.x(), v.y()};
 }
 
