@@ -398,7 +398,7 @@ void Skin::draw() {
     vtxRenderer::OpacityGuard const opacity(widget->getOpacity());
     constexpr unsigned wholly = EntersDrawing | DrawsInOneGo;
     if (!target) {
-        if (ownWays_.getFlags(*this, learnOwnWays_) == wholly)
+        if ((ownWays_.getFlags(*this, learnOwnWays_) & wholly) == wholly)
             drawInOneGo_();
         else
             draw_();
