@@ -267,11 +267,13 @@ bool Skin::getFocusRectVisible_() const { return widget && widget->getFocused() 
 
 void Skin::redraw() { redraw_(); }
 
+inline bool Skin::hasWays_(unsigned ways) { return (ownWays_.getFlags(*this, learnOwnWays_) & ways) == ways; }
+
 void Skin::redraw_() {
     if (data && widget) {
         InteractiveState const state = widget->getInteractiveState();
         int const inner = widget->getInnerState();
-        if ((ownWays_.getFlags(*this, learnOwnWays_) & RedrawsInOneGo) && data->looksLast_()) {
+        if (hasWays_(RedrawsInOneGo) && data->looksLast_()) {
             Data::Looks const looks = data->findLooks_(state, inner);
             showBkg_(looks.bkg);
             showText_(looks.text);
@@ -396,9 +398,8 @@ void Skin::draw() {
     if (!widget)
         return;
     vtxRenderer::OpacityGuard const opacity(widget->getOpacity());
-    constexpr unsigned wholly = EntersDrawing | DrawsInOneGo;
     if (!target) {
-        if ((ownWays_.getFlags(*this, learnOwnWays_) & wholly) == wholly)
+        if (hasWays_(EntersDrawing | DrawsInOneGo))
             drawInOneGo_();
         else
             draw_();
@@ -438,7 +439,7 @@ void Skin::drawInOneGo_() {
 }
 
 void Skin::draw_() {
-    if (widget && (ownWays_.getFlags(*this, learnOwnWays_) & DrawsInOneGo)) {
+    if (widget && hasWays_(DrawsInOneGo)) {
         drawInOneGo_();
         return;
     }
@@ -482,7 +483,7 @@ void Skin::make(GraphicCommands* commands) {
         return;
     GraphicCommandOpacityGuard const opacity(commands, widget->getOpacity());
     if (!target) {
-        if (ownWays_.getFlags(*this, learnOwnWays_) == (EntersDrawing | DrawsInOneGo))
+        if (hasWays_(EntersDrawing | DrawsInOneGo))
             makeInOneGo_(commands);
         else
             make_(commands);
@@ -517,7 +518,7 @@ void Skin::makeInOneGo_(GraphicCommands* commands) {
 }
 
 void Skin::make_(GraphicCommands* commands) {
-    if (widget && (ownWays_.getFlags(*this, learnOwnWays_) & DrawsInOneGo)) {
+    if (widget && hasWays_(DrawsInOneGo)) {
         makeInOneGo_(commands);
         return;
     }

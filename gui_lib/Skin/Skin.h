@@ -210,6 +210,7 @@ private:
     /// What the class of this object leaves as Skin has it.
     enum OwnWays : unsigned { DrawsInOneGo = 1, EntersDrawing = 2, RedrawsInOneGo = 4 };
     static unsigned learnOwnWays_(VirtualTable table);
+    bool hasWays_(unsigned ways);
     /// What the steps of `redraw_` do with a look, null for none.
     void showBkg_(Bkg::Info const* info);
     void showText_(Text::Info const* info);
