@@ -98,6 +98,8 @@ def plant(fault):
 
 def main():
     words = [word for word in sys.argv[1:] if not word.startswith("--")]
+    if unknown := set(sys.argv[1:]) - set(words) - {"--check", "--table"}:
+        raise SystemExit(f"faults: no such option: {' '.join(unknown)}\n{__doc__.strip()}")
     faults = read_faults()
     if "--check" in sys.argv:
         wrong = list(check(faults))
