@@ -29,4 +29,6 @@ struct vtxQuadChange {
     std::uint64_t from = 0;
     /// By bits the quads that differ, of `mostQuads` at most; their number is the same.
     std::uint64_t quads = 0;
+    /// Those of them that differ in nothing but their place.
+    std::uint64_t moved = 0;
 };

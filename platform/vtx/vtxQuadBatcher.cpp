@@ -148,18 +148,24 @@ void vtxQuadBatcher::useLayer_(vtxImagePlace page, std::int16_t layer) {
         markLayer(page == vtxImagePlace::GlyphPage ? usedGlyphLayers_ : usedPictureLayers_, layer);
 }
 
+inline bool vtxQuadBatcher::moveQuad_(vtxQuad const& quad, vtxQuadInstance& instance) const {
+    vtxFloats const place = vtxPairs::load(&quad.x);
+    vtxUprightQuad moved;
+    if (!moved.move(space_, vtxPairs::first(place), vtxPairs::last(place), getLength_(instance)))
+        return false;
+    setCorner_(instance, moved);
+    return true;
+}
+
 bool vtxQuadBatcher::moveBlock_(Block const& block, Kept& kept) {
     if (!kept.movable)
         return false;
     makeSpace_();
     space_.exact = kept.page == vtxImagePlace::GlyphPage;
-    vtxQuadInstance* instance = instances_.getNext();
-    for (vtxQuad const* quad = block.quads; quad != block.quads + block.shape.count; ++quad, ++instance) {
-        vtxFloats const place = vtxPairs::load(&quad->x);
-        vtxUprightQuad moved;
-        if (!moved.move(space_, vtxPairs::first(place), vtxPairs::last(place), getLength_(*instance)))
+    vtxQuadInstance* const instances = instances_.getNext();
+    for (int i = 0; i < block.shape.count; ++i) {
+        if (!moveQuad_(block.quads[i], instances[i]))
             return false;
-        setCorner_(*instance, moved);
     }
     kept.x = transform_.x;
     kept.y = transform_.y;
@@ -356,8 +362,7 @@ bool vtxQuadBatcher::bindPage_(vtxTextureImage const& image, int sampler) {
                                                                Repeat& repeat) const {
     repeat.made = space.view ? repeats_.find(space, quad) : nullptr;
     vtxFloats const place = vtxPairs::load(&quad.x);
-    return repeat.made &&
-           repeat.quad.move(space_, vtxPairs::first(place), vtxPairs::last(place), repeat.made->length);
+    return repeat.made && repeat.quad.move(space_, vtxPairs::first(place), vtxPairs::last(place), repeat.made->length);
 }
 
 [[gnu::always_inline]] inline void vtxQuadBatcher::setRepeat_(vtxQuadInstance& instance, Repeat const& repeat) {
@@ -398,19 +403,26 @@ void vtxQuadBatcher::makeBlock_(Block const& block) {
 }
 
 bool vtxQuadBatcher::patchBlock_(Block const& block, Kept& kept) {
-    if (!kept.movable || !setTexture_(block.texture, block.shape.sampler))
+    std::uint64_t const made = block.change->quads & ~block.change->moved;
+    if (!kept.movable || (made && !setTexture_(block.texture, block.shape.sampler)))
         return false;
     makeSpace_();
-    vtxQuadRepeats::Space const space = getRepeatSpace_();
-    for (std::uint64_t left = block.change->quads; left; left &= left - 1) {
+    space_.exact = kept.page == vtxImagePlace::GlyphPage;
+    vtxQuadInstance* const instances = instances_.getNext();
+    for (std::uint64_t left = block.change->moved; left; left &= left - 1) {
         int const i = std::countr_zero(left);
-        vtxQuadInstance& instance = instances_.getNext()[i];
+        if (!moveQuad_(block.quads[i], instances[i]))
+            return false;
+    }
+    vtxQuadRepeats::Space const space = getRepeatSpace_();
+    for (std::uint64_t left = made; left; left &= left - 1) {
+        int const i = std::countr_zero(left);
         // Colours are compared later, by the first of them if there is but one.
-        color_.set(instance.r, instance.g, instance.b, instance.a);
+        color_.set(instances[i].r, instances[i].g, instances[i].b, instances[i].a);
         Repeat repeat;
         if (findRepeat_(space, block.quads[i], repeat))
-            setRepeat_(instance, repeat);
-        else if (!makeAgain_(space, block.quads[i], instance))
+            setRepeat_(instances[i], repeat);
+        else if (!makeAgain_(space, block.quads[i], instances[i]))
             return false;
     }
     kept.content = block.key.content;

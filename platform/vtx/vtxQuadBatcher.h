@@ -142,6 +142,8 @@ private:
     bool patchBlock_(Block const& block, Kept& kept);
     /// Takes the next block to the place in force; false if it looks another there.
     bool moveBlock_(Block const& block, Kept& kept);
+    /// The same for the instance of a quad.
+    bool moveQuad_(vtxQuad const& quad, vtxQuadInstance& instance) const;
     bool hasSameColors_(Block const& block, Kept const& kept);
     bool hasSameColorEach_(Block const& block, Kept const& kept);
     /// Gives the next block other colours; false if quads were left out, or would be, as transparent.

@@ -84,17 +84,21 @@ void vtxQuadsRewriter::addBatch(vtxTexture const* texture, vtxQuad const* quads,
 
 void vtxQuadsRewriter::rewrite_(vtxShaderQuads::Batch& batch, vtxQuad const* quads) {
     vtxQuad* const old = target_.quads_.data() + quads_;
-    std::uint64_t changed = 0;
+    vtxQuadChange change{batch.count <= vtxQuadChange::mostQuads ? batch.key.content : 0, 0, 0};
     for (int i = 0; i < batch.count; ++i) {
-        if (vtxPairs::isSame(vtxPairs::load(&old[i].x), vtxPairs::load(&quads[i].x)) &&
-            vtxPairs::isSame(vtxPairs::load(&old[i].uMin), vtxPairs::load(&quads[i].uMin)))
+        vtxQuad const& quad = quads[i];
+        bool const samePicture = vtxPairs::isSame(vtxPairs::load(&old[i].uMin), vtxPairs::load(&quad.uMin));
+        if (samePicture && vtxPairs::isSame(vtxPairs::load(&old[i].x), vtxPairs::load(&quad.x)))
             continue;
-        old[i] = quads[i];
-        changed |= std::uint64_t(1) << i % vtxQuadChange::mostQuads;
+        std::uint64_t const bit = std::uint64_t(1) << i % vtxQuadChange::mostQuads;
+        change.quads |= bit;
+        if (samePicture && old[i].w == quad.w && old[i].h == quad.h)
+            change.moved |= bit;
+        old[i] = quad;
     }
-    if (!changed)
+    if (!change.quads)
         return;
-    batch.change = {batch.count <= vtxQuadChange::mostQuads ? batch.key.content : 0, changed};
+    batch.change = change;
     batch.key.renew();
 }
 

@@ -53,6 +53,7 @@ protected:
             return;
         thing.text.text[static_cast<std::size_t>(choose(static_cast<int>(thing.text.text.size())))] =
             wchar_t(L'a' + choose(26));
+        thing.text.position.x() = choose(3);
         thing.text.redraw(-1.0f);
     }
 
@@ -166,6 +167,7 @@ protected:
         copy.text = text.text;
         copy.color = text.color;
         copy.shadowColor = text.shadowColor;
+        copy.position = text.position;
         copy.redraw(-1.0f);
         return copy;
     }
@@ -254,7 +256,9 @@ TEST_F(Kept, AreThoseLettersOfATextThatComeOutTheSame) {
     EXPECT_TRUE(show(L"count 135 548", 5));
     EXPECT_EQ(countMade(), 11u) << "another number of letters";
     EXPECT_TRUE(show(L"count 135 548", 6));
-    EXPECT_EQ(countMade(), 11u);
+    EXPECT_EQ(countMade(), 0u) << "they were moved";
+    EXPECT_TRUE(show(L"count 131 548", 7));
+    EXPECT_EQ(countMade(), 1u);
     text.redraw(-1.0f);
     EXPECT_EQ(countMade(), 0u) << "nothing came out otherwise";
     // What was drawn is no longer the content before.
