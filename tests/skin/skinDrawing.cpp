@@ -127,6 +127,56 @@ TEST(SkinDrawables, ALookThatIsWrittenShowsAtTheNextRedraw) {
     EXPECT_EQ(box->look().text->getColor(), text.color);
 }
 
+/// Both tell what was called.
+class NotingData final : public gui::skin::Data {
+public:
+    NotingData(gui::skin::Skin* newOwner, std::string& calls) : Data(newOwner), calls_(calls) {}
+    gui::skin::StateInfo* findStateInfo_(gui::skin::InteractiveState state, int inner) const override {
+        calls_ += "find ";
+        return Data::findStateInfo_(state, inner);
+    }
+
+private:
+    std::string& calls_;
+};
+
+class NotingSkin final : public gui::skin::Skin {
+public:
+    NotingSkin(gui::Widget* owner, std::string& calls) : Skin(owner, true), calls_(calls) {}
+    using Skin::redrawImage_;
+    void redrawImage_(gui::skin::InteractiveState state, int inner) override {
+        calls_ += bkg ? "image " : "image without background ";
+        Skin::redrawImage_(state, inner);
+    }
+
+private:
+    std::string& calls_;
+};
+
+TEST(SkinDrawables, AStepOrASearchOfAClassOfItsOwnIsCalledInItsTurn) {
+    struct Box final : gui::Container {
+        explicit Box(bool notesData) {
+            skin = notesData ? new gui::skin::Skin(this, false) : new NotingSkin(this, calls);
+            if (notesData)
+                skin->setSkinData(new NotingData(skin, calls), true);
+            skin->load("full");
+            setSize(osg::Vec2i(40, 30));
+        }
+        std::string calls;
+    };
+    TestHost host(skins());
+    Box* const boxes[] = {new Box(false), new Box(true)};
+    for (int round = 0; round < 2; ++round) {
+        for (Box* box : boxes) {
+            box->calls.clear();
+            box->setDirty(gui::Widget::DirtySelf);
+        }
+        host.frame();
+        EXPECT_EQ(boxes[0]->calls, "image ");
+        EXPECT_EQ(boxes[1]->calls, "find find find ");
+    }
+}
+
 TEST(SkinDrawables, AStateThatFollowsAnotherDrawsAsIfItHadBeenTheFirst) {
     host::addToolkitAssets();
     char const* const looks[] = {
