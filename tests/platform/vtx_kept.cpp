@@ -40,6 +40,7 @@ protected:
 
     void fillText(Thing& thing) {
         thing.text.font = font_;
+        thing.text.position.set(0, choose(4) ? 20 : 0);
         // Of the long ones, not every quad is told apart.
         int const length = choose(8) ? choose(6) : 60 + choose(10);
         thing.text.text.assign(static_cast<std::size_t>(length), wchar_t(L'a' + choose(26)));
