@@ -36,6 +36,8 @@ void vtxShaderQuads::addBatchTexCoords(float uMin, float vMin, float uMax, float
 void vtxShaderQuads::endBatch() {
     if (batches_.empty())
         return;
+    // What was written since is not told by the change before.
+    batches_.back().change = {};
     batches_.back().key.renew();
     owner_ = batches_.back().key.owner;
 }
@@ -43,6 +45,7 @@ void vtxShaderQuads::endBatch() {
 void vtxShaderQuads::setTexture(vtxTexture const* texture) {
     for (Batch& batch : batches_) {
         batch.texture = texture;
+        batch.change = {};
         if (batch.key.content)
             batch.key.renew();
     }

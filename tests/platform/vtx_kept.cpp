@@ -1,5 +1,7 @@
 // Quads that stay in the stream from frame to frame are those that would be made anew.
 
+#include <algorithm>
+#include <functional>
 #include <random>
 
 #include "platform/vtx/vtxFontManager.h"
@@ -340,6 +342,39 @@ TEST_F(Kept, RepeatedQuadsAreOfTheirSizeTheirPictureAndTheirView) {
         repeats.remember(space, quad, instance, vtxPair{8.0, 9.0});
         ASSERT_TRUE(repeats.find(space, quad));
     }
+}
+
+TEST_F(Kept, AreNotThoseOfABatchThatWasChangedOtherwiseThanByWritingItAnew) {
+    vtxQuad const first[] = {{0, 0, 8, 8, 0.0f, 0.0f, 0.5f, 0.5f}, {10, 0, 8, 8, 0.0f, 0.0f, 0.5f, 0.5f}};
+    vtxQuad const second[] = {{1, 0, 8, 8, 0.0f, 0.0f, 0.5f, 0.5f}, {10, 0, 8, 8, 0.0f, 0.0f, 0.5f, 0.5f}};
+    auto const show = [this](vtxShaderQuads const& quads) {
+        Frame const frame(*renderer_, viewport_);
+        quads.draw(&shader());
+    };
+    auto const write = [&](vtxShaderQuads& quads, vtxQuad const* written) {
+        vtxQuadsRewriter(quads).addBatch(pictures_[0], written, 2);
+    };
+    auto const expectAsNew = [&](std::function<void(vtxShaderQuads&)> const& change) {
+        vtxShaderQuads kept, fresh;
+        write(fresh, second);
+        change(fresh);
+        show(fresh);
+        write(kept, first);
+        show(kept);
+        write(kept, second);
+        change(kept);
+        log_->clearLines();
+        show(kept);
+        std::vector<qor::string> const shown(log_->getLines().begin(), log_->getLines().end());
+        log_->clearLines();
+        show(fresh);
+        EXPECT_TRUE(std::equal(shown.begin(), shown.end(), log_->getLines().begin(), log_->getLines().end()));
+    };
+    expectAsNew([&](vtxShaderQuads& quads) { quads.setTexture(pictures_[1]); });
+    expectAsNew([&](vtxShaderQuads& quads) {
+        quads.addBatchTexCoords(0.0f, 0.0f, 1.0f, 1.0f);
+        quads.endBatch();
+    });
 }
 
 }  // namespace
