@@ -417,6 +417,7 @@ void vtxRendererCore::drawQuads(vtxShaderQuads const& quads, int batch) {
 }
 
 void vtxRendererCore::drawQuads(vtxShaderQuads const& quads, int first, int end) {
+    end = std::min(end, static_cast<int>(quads.getBatches().size()));
     if (first >= end || !requirePass("quads") || isClippedAway_())
         return;
     vtxQuadBatcher& batcher = prepareQuads();

@@ -51,7 +51,7 @@ public:
     vtxDrawSettings& changeTransform() { return changeSettings_(StaleTransform); }
     vtxDrawSettings const& getSettings() const { return settings_; }
     void drawQuads(vtxShaderQuads const& quads, int batch);
-    /// Batches from `first` up to `end`, which there are.
+    /// Batches from `first` up to `end`, as far as there are any.
     void drawQuads(vtxShaderQuads const& quads, int first, int end);
     void drawBkgQuads(vtxShaderBkgQuads const& quads);
 

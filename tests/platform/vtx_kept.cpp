@@ -377,4 +377,23 @@ TEST_F(Kept, AreNotThoseOfABatchThatWasChangedOtherwiseThanByWritingItAnew) {
     });
 }
 
+TEST_F(Kept, TextStringsDrawWhatIsLeftOfTheirQuads) {
+    vtxTextString text;
+    text.font = font_;
+    text.text = L"abc";
+    text.position.set(5, 20);
+    text.color = text.bkgColor = Vec4f(1, 1, 1, 1);
+    text.redraw(-1.0f);
+    text.quads.reset();
+    text.quads.beginBatch(nullptr, 1);
+    text.quads.addBatchQuad(0, 0, 5, 5, -1.0f);
+    text.quads.endBatch();
+    log_->clearLines();
+    {
+        Frame const frame(*renderer_, viewport_);
+        text.draw(&shader(), -1.0f);
+    }
+    EXPECT_EQ(getQuads().size(), 1u);
+}
+
 }  // namespace
