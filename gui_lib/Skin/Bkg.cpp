@@ -234,7 +234,8 @@ bool Bkg::isCellDrawn_(int cell) const {
 void Bkg::doRedraw() {
     if (quadsDirty)
         buildQuads_();
-    if (quadsDirty || colorsDirty_)
+    // While a layout is to come, the colours may be those of other cells.
+    if (quadsDirty || (colorsDirty_ && !geometryDirty))
         colorQuads_();
     quadsDirty = colorsDirty_ = false;
 }

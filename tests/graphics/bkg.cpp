@@ -121,4 +121,31 @@ TEST_F(BkgDrawing, packedColoursComeBackExactly) {
     }
 }
 
+TEST_F(BkgDrawing, otherCellsAreSeenOnlyAfterALayout) {
+    Bkg::Info some, others;
+    some.insets = others.insets = Insets{2, 0, 2, 0};
+    some.cellColors = colors;
+    others.cellColors[Bkg::RightCenter].set(0, 1, 0, 1);
+    Bkg bkg;
+    bkg.setShared(some);
+    bkg.setSize(osg::Vec2i(10, 10));
+    std::string const before = draw(bkg);
+    auto const drawWithoutLayout = [&] {
+        bkg.doRedraw();
+        return quads([&] { bkg.draw(); });
+    };
+    bkg.setShared(others);
+    EXPECT_EQ(drawWithoutLayout(), before);
+    EXPECT_EQ(draw(bkg), "at 8 0 size 2 10 color 0 1 0 1\n");
+    bkg.setShared(some);
+    EXPECT_EQ(draw(bkg), before);
+    // Colours that are still to be shown are written over.
+    Bkg::Info red = some;
+    red.cellColors.assign(Bkg::CellCount, osg::Vec4f(1, 0, 0, 1));
+    bkg.setShared(red);
+    bkg.setCellColors(others.cellColors);
+    EXPECT_EQ(drawWithoutLayout(), before);
+    EXPECT_EQ(draw(bkg), "at 8 0 size 2 10 color 0 1 0 1\n");
+}
+
 }  // namespace
