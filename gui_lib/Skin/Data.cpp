@@ -228,7 +228,7 @@ Text::Info const* Data::getText(InteractiveState state, int inner) const {
     return findLook_(&StateInfo::hasText, &StateInfo::text, state, inner);
 }
 
-Data::Looks Data::findLooks_(InteractiveState state, int inner) const {
+Data::Looks const& Data::findLooks_(InteractiveState state, int inner) const {
     // Widgets that are redrawn together are mostly of a few classes, each of which shares a table.
     struct Answer {
         StateTable const* table = nullptr;

@@ -159,8 +159,8 @@ private:
         Image::Info const* image = nullptr;
         Text::Info const* text = nullptr;
     };
-    /// All at once, for classes with `looksLast_`.
-    Looks findLooks_(InteractiveState state, int inner) const;
+    /// All at once, for classes with `looksLast_`; good until the next call.
+    Looks const& findLooks_(InteractiveState state, int inner) const;
 
     /// The parameters of this class, in the order of its fields.
     using ParamValues = std::tuple<osg::Vec2i, osg::Vec2i, Insets, bool, bool, int, Insets, osg::Vec4f, Insets>;

@@ -274,10 +274,10 @@ void Skin::redraw_() {
         InteractiveState const state = widget->getInteractiveState();
         int const inner = widget->getInnerState();
         if (hasWays_(RedrawsInOneGo) && data->looksLast_()) {
-            Data::Looks const looks = data->findLooks_(state, inner);
-            showBkg_(looks.bkg);
-            showText_(looks.text);
-            redrawImage_(image, looks.image);
+            // Each is found when it is its turn: showing one asks the widget, which may change the others.
+            showBkg_(data->findLooks_(state, inner).bkg);
+            showText_(data->findLooks_(state, inner).text);
+            redrawImage_(image, data->findLooks_(state, inner).image);
         } else {
             redrawBkg_(state, inner);
             redrawText_(state, inner);

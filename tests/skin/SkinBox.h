@@ -13,6 +13,7 @@ public:
         using Skin::calcBkgSize_;
         using Skin::effect;
         using Skin::focusRect;
+        using Skin::image;
         using Skin::target;
         using Skin::text;
         using Skin::textChanged;

@@ -177,6 +177,29 @@ TEST(SkinDrawables, AStepOrASearchOfAClassOfItsOwnIsCalledInItsTurn) {
     }
 }
 
+/// Takes the picture's look away while it tells its text.
+class BoxWithoutPicture : public SkinBox {
+public:
+    using SkinBox::SkinBox;
+    qor::basic_string<wchar_t> const& getText() const override {
+        if (skin)
+            skin->getSkinData()->setImage(nullptr, gui::skin::InteractiveStateReleased, 1);
+        return SkinBox::getText();
+    }
+};
+
+TEST(SkinDrawables, ALookThatGoesWhileTheOthersAreLaidOutIsNotShown) {
+    TestHost host(skins());
+    auto* const box = new BoxWithoutPicture("full");
+    box->place(0, 0, 60, 30);
+    gui::Image::Info const picture;
+    box->look().getSkinData()->setImage(&picture, gui::skin::InteractiveStateReleased, 1);
+    box->setDirty(gui::Widget::DirtySelf);
+    host.frame();
+    EXPECT_TRUE(box->look().text);
+    EXPECT_FALSE(box->look().image);
+}
+
 TEST(SkinDrawables, AStateThatFollowsAnotherDrawsAsIfItHadBeenTheFirst) {
     host::addToolkitAssets();
     char const* const looks[] = {
