@@ -176,6 +176,8 @@ private:
     void setRepeat_(vtxQuadInstance& instance, Repeat const& repeat);
     /// Makes another quad of an instance that could be moved; false if the new one could not.
     bool makeAgain_(vtxQuadRepeats::Space const& space, vtxQuad const& quad, vtxQuadInstance& instance);
+    /// Part of the quad shows what lies outside of the picture.
+    static bool isOutside_(vtxQuad const& quad);
     void addQuad_(vtxQuad const& quad);
     void addAny_(vtxQuad const& quad);
     /// GUI units; coordinates of the picture.
