@@ -41,7 +41,7 @@ public:
     struct Shape {
         std::int32_t count;
         std::int16_t sampler;
-        std::int16_t colorEach;  ///< 1 for a colour each, 0 for the same for all
+        std::int16_t colorEach;  ///< 1 for a colour each, of 16 quads at most, 0 for the same for all
     };
     struct Block {
         vtxQuadKey key;
@@ -92,6 +92,7 @@ private:
         std::uint32_t instances;
         std::int16_t layer;
         vtxImagePlace page;  ///< Alone for colour only
+        std::uint16_t seen;  ///< where each has its colour: bits of the quads that are not transparent
         bool movable;        ///< all of its quads are there and movable
     };
     /// What instances depend on besides content, place and clip. Only translations have a number.
@@ -148,8 +149,8 @@ private:
     bool hasSameColorEach_(Block const& block, Kept const& kept);
     /// Gives the next block other colours; false if quads were left out, or would be, as transparent.
     bool colorBlock_(Block const& block, Kept const& kept);
-    /// `seen` is the number of quads that are not transparent.
-    void noteBlock_(Block const& block, std::size_t first, std::size_t seen, bool movable);
+    /// `seen` as in Kept.
+    void noteBlock_(Block const& block, std::size_t first, std::uint16_t seen, bool movable);
     /// Every instance belongs to a block; that of a line is nobody's and is made anew each time.
     void noteLine_(std::size_t first);
     /// The number under which the view in force is known, 0 if blocks cannot be kept in it.

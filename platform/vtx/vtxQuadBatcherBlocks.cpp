@@ -155,7 +155,8 @@ bool vtxQuadBatcher::hasSameColorEach_(Block const& block, Kept const& kept) {
         vtxFloats const color = vtxPairs::load(block.colors[i].ptr()) * opacity;
         if (!(color[3] > 0.0f))
             continue;
-        if (instance == end || !vtxPairs::isSame(vtxPairs::load(&instance->r), color))
+        bool const seen = (kept.seen >> i) & 1;
+        if (!seen || instance == end || !vtxPairs::isSame(vtxPairs::load(&instance->r), color))
             return false;
         ++instance;
     }
@@ -176,11 +177,11 @@ bool vtxQuadBatcher::colorBlock_(Block const& block, Kept const& kept) {
     return true;
 }
 
-void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size_t seen, bool movable) {
+void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::uint16_t seen, bool movable) {
     std::size_t const instances = instances_.size() - first;
     // Lone textures have their slots by run, and the colours of instances are compared one by one.
     bool const paged = binding_.plain || binding_.place != vtxImagePlace::Alone;
-    bool const comparable = !block.shape.colorEach || instances == seen;
+    bool const comparable = !block.shape.colorEach || instances == static_cast<std::size_t>(std::popcount(seen));
     std::uint32_t const view = paged && comparable && !odd_ ? getViewNumber_() : 0;
     newestOwner_ = std::max(newestOwner_, block.key.owner);
     Kept& kept = blocks_.append();
@@ -195,6 +196,7 @@ void vtxQuadBatcher::noteBlock_(Block const& block, std::size_t first, std::size
     kept.instances = static_cast<std::uint32_t>(instances);
     kept.layer = static_cast<std::int16_t>(binding_.layer);
     kept.page = binding_.place;
+    kept.seen = seen;
     kept.movable = instances == static_cast<std::size_t>(block.shape.count) && movable;
 }
 
@@ -240,15 +242,17 @@ void vtxQuadBatcher::makeBlock_(Block const& block) {
     makeSpace_();
     vtxQuadRepeats::Space const space = getRepeatSpace_();
     std::size_t const first = instances_.size();
-    std::size_t seen = 0;
+    std::uint16_t seen = 0;
     bool movable = true;
     odd_ = false;
     if (!block.shape.colorEach && !setBlockColor_(block, 0))
         return;
     for (int i = 0; i < block.shape.count; ++i) {
-        if (block.shape.colorEach && !setBlockColor_(block, i))
-            continue;
-        ++seen;
+        if (block.shape.colorEach) {
+            if (!setBlockColor_(block, i))
+                continue;
+            seen = static_cast<std::uint16_t>(seen | 1u << i);
+        }
         vtxQuad const& quad = block.quads[i];
         if (repeatQuad_(space, quad))
             continue;

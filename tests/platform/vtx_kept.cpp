@@ -239,6 +239,26 @@ TEST_F(Kept, AreAllOfAnUnchangedFrameAndAllButTheChangedOnesOfAnother) {
     EXPECT_EQ(countMade(), 1u) << "what was transparent comes back";
 }
 
+TEST_F(Kept, AreNotThoseOfOtherQuadsThatTakeTheColoursOver) {
+    things_.push_back(std::make_unique<Thing>());
+    Thing& thing = *things_.back();
+    for (int i = 0; i < 3; ++i)
+        thing.bkg.addQuad({10.0f * float(i), 0.0f, 5.0f, 5.0f, 0.0f, 0.0f, 1.0f, 1.0f});
+    Vec4f const red(1, 0, 0, 1), transparent(0, 0, 1, 0);
+    auto const getPlaces = [&](Vec4f const& first, Vec4f const& second, Vec4f const& third) {
+        thing.colors[0] = first, thing.colors[1] = second, thing.colors[2] = third;
+        renderer_->getTextureManager()->flushReleased();
+        draw(false);
+        std::vector<double> places;
+        for (support::TracedQuad const& quad : getQuads())
+            places.push_back(quad.x);
+        return places;
+    };
+    EXPECT_EQ(getPlaces(red, transparent, red), (std::vector{0.0, 20.0}));
+    EXPECT_EQ(getPlaces(transparent, red, red), (std::vector{10.0, 20.0}));
+    EXPECT_EQ(getPlaces(red, red, transparent), (std::vector{0.0, 10.0}));
+}
+
 TEST_F(Kept, AreThoseLettersOfATextThatComeOutTheSame) {
     things_.push_back(std::make_unique<Thing>());
     vtxTextString& text = things_[0]->text;
