@@ -273,7 +273,10 @@ double vtxQuadBatcher::snapTurned_(double place) const {
     // pixels covers the same pixels. A target of its own moves what is drawn in it.
     constexpr double step = 1.0 / 256.0;
     constexpr double farthest = 1 << 15;
-    return view_.aligned && std::abs(place) < farthest ? std::floor(place / step + 0.5) * step : place;
+    // A projection of a program's own may have units of many pixels.
+    auto const isPixel = [](double scale) { return std::abs(scale - 1.0) < 1e-3; };
+    bool const inPixels = view_.aligned && isPixel(view_.scaleX) && isPixel(view_.scaleY);
+    return inPixels && std::abs(place) < farthest ? std::floor(place / step + 0.5) * step : place;
 }
 
 void vtxQuadBatcher::addTurned_(double const (&corner)[2], double const (&edgeU)[2], double const (&edgeV)[2],

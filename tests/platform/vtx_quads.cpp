@@ -1,6 +1,7 @@
 #include "tests/platform/vtx_Fixture.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <random>
 
 namespace {
@@ -144,6 +145,27 @@ TEST_F(Quads, anOutlineOfLinesCoversEachOfItsPixelsOnce) {
             bool const inner = x >= 6 && x < 24 && y >= 6 && y < 14;
             ASSERT_EQ(covered[y][x], inside && !inner ? 1 : 0) << x << ' ' << y;
         }
+    }
+}
+
+TEST_F(Quads, TurnedOnesKeepTheirPlaceWhateverAUnitOfTheProjectionIs) {
+    osg::Matrixf const turn = osg::Matrixf::rotate(0.5, 0.0, 0.0, 1.0);
+    double const x = 0.6, y = 0.3;
+    {
+        Frame const frame(*renderer_);
+        renderer_->setProjectionMatrix(osg::Matrixf::ortho2D(0, 1, 1, 0));
+        renderer_->setModelViewMatrix(turn);
+        drawQuad(x, y, 0.01, 0.01);
+    }
+    double corner[2] = {}, edge[2] = {};
+    int read = 0;
+    for (qor::string const& line : log_->getLines())
+        read +=
+            std::sscanf(line.c_str(), "  quad at %lf %lf edges %lf %lf", &corner[0], &corner[1], &edge[0], &edge[1]);
+    ASSERT_EQ(read, 4);
+    for (int axis = 0; axis < 2; ++axis) {
+        EXPECT_NEAR(corner[axis], x * turn(0, axis) + y * turn(1, axis), 1e-4);
+        EXPECT_NEAR(edge[axis], 0.01 * turn(0, axis), 1e-4);
     }
 }
 
