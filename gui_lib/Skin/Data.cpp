@@ -184,7 +184,8 @@ StateInfo* Data::findStateInfo_(InteractiveState state, int inner) const {
     // goes back and forth between two.
     static KnownLook looks[interactiveStateCount];
     KnownLook& known = looks[static_cast<unsigned>(state) % interactiveStateCount];
-    bool const same = known.table == states.get() && known.epoch == LookEpoch::ofLooks() && known.state == state &&
+    // An empty table tells nobody that it has come, maybe to the place of one that has gone.
+    bool const same = !states->empty() && known.table == states.get() && known.epoch == LookEpoch::ofLooks() && known.state == state &&
                       known.inner == inner;
     return same ? known.found : searchStateInfo_(known, state, inner);
 }
@@ -241,7 +242,8 @@ Data::Looks const& Data::findLooks_(InteractiveState state, int inner) const {
     auto const place = reinterpret_cast<std::uintptr_t>(states.get()) / alignof(std::max_align_t);
     Answer& known = answers[(place + static_cast<unsigned>(state)) % std::size(answers)];
     unsigned const epoch = LookEpoch::now();
-    if (known.table != states.get() || known.epoch != epoch || known.state != state || known.inner != inner)
+    if (states->empty() || known.table != states.get() || known.epoch != epoch || known.state != state ||
+        known.inner != inner)
         known = {
             states.get(), epoch, state, inner, {getBkg(state, inner), getImage(state, inner), getText(state, inner)}};
     return known.looks;

@@ -159,12 +159,14 @@ layout(location = 0) out vec4 result;
 void main()
 {
     vec2 coordinates = quadUv;
+    vec2 steps = fwidth(quadPlace);
     if (quadTurn != vec4(0.0))
     {
-        // Interpolation rounds otherwise at other places of a target. From the middle of the pixel, which is known,
-        // the coordinates are the same wherever the quad lies by whole pixels.
+        // Interpolation rounds otherwise at other places of a target. From the middle of the pixel, which is known
+        // where a step of the quad's space is one, the coordinates are the same wherever the quad lies by whole pixels.
         vec2 middle = floor(quadPlace) + 0.5;
-        vec2 place = all(lessThan(abs(quadPlace - middle), vec2(0.01))) ? middle : quadPlace;
+        bool near = all(lessThan(abs(quadPlace - middle), vec2(0.01))) && all(lessThan(abs(steps - 1.0), vec2(0.01)));
+        vec2 place = near ? middle : quadPlace;
         vec2 way = place - quadCorner;
         coordinates = mix(quadTexture.xy, quadTexture.zw, vec2(dot(quadTurn.xy, way), dot(quadTurn.zw, way)));
     }

@@ -319,6 +319,21 @@ void vtxRendererCore::setModelViewMatrix(osg::Matrixf const& matrix) {
     stale_ |= StaleTransform;
 }
 
+void vtxRendererCore::translateModelView(float x, float y, float z) {
+    float const scale = getScale();
+    vtxTranslation::Place const by{scale * x, scale * y, scale * z};
+    if (!settings_.modelViewTranslates || traceWanted_()) [[unlikely]] {
+        composeModelView_(by.x, by.y, by.z);
+        return;
+    }
+    vtxTranslation::Place const place = vtxTranslation::compose(vtxTranslation::getPlace(settings_.modelView), by);
+    if (!place.isFinite()) [[unlikely]] {
+        report(vtxMisuse::BadNumber, "setModelViewMatrix");
+        return;
+    }
+    vtxTranslation::setPlace(settings_.modelView, place);
+}
+
 void vtxRendererCore::composeModelView_(float x, float y, float z) {
     osg::Matrixf matrix = settings_.modelView;
     vtxTranslation::postMultTranslate(matrix, {x, y, z});

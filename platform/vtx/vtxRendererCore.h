@@ -5,16 +5,15 @@
 #include "platform/qor/Mutex.h"
 #include "platform/vtx/vtxDrawSettings.h"
 #include "platform/vtx/vtxMisuse.h"
+#include "platform/vtx/vtxModelView.h"
 #include "platform/vtx/vtxQuadBatcher.h"
 #include "platform/vtx/vtxRenderer.h"
 #include "platform/vtx/vtxShader.h"
 #include "platform/vtx/vtxStack.h"
 #include "platform/vtx/vtxTargetPool.h"
 #include "platform/vtx/vtxTextureStore.h"
-#include "platform/vtx/vtxTranslation.h"
 
 #include <atomic>
-#include <cstring>
 #include <functional>
 #include <memory>
 
@@ -113,20 +112,7 @@ public:
     void popProjectionMatrix() override;
     void setModelViewMatrix(osg::Matrixf const& matrix) override;
     osg::Matrixf const& getModelViewMatrix() override { return settings_.modelView; }
-    void translateModelView(float x, float y, float z) override {
-        float const scale = getScale();
-        vtxTranslation::Place const by{scale * x, scale * y, scale * z};
-        if (!settings_.modelViewTranslates || traceWanted_()) [[unlikely]] {
-            composeModelView_(by.x, by.y, by.z);
-            return;
-        }
-        vtxTranslation::Place const place = vtxTranslation::compose(vtxTranslation::getPlace(settings_.modelView), by);
-        if (!place.isFinite()) [[unlikely]] {
-            report(vtxMisuse::BadNumber, "setModelViewMatrix");
-            return;
-        }
-        vtxTranslation::setPlace(settings_.modelView, place);
-    }
+    void translateModelView(float x, float y, float z) override;
     /// The same by whole units.
     void translateModelView(osg::Vec2i const& by) {
         float const scale = getScale();
@@ -213,29 +199,6 @@ private:
         bool operator==(StackHeights const&) const = default;
     };
 
-    /// A model-view that waits on its stack. Its axes count only if they are not those of the identity.
-    struct ModelView {
-        void keep(vtxDrawSettings const& settings) {
-            float const* const elements = settings.modelView.ptr();
-            translates = settings.modelViewTranslates;
-            std::memcpy(place, elements + 12, sizeof(place));
-            if (!translates)
-                std::memcpy(axes, elements, sizeof(axes));
-        }
-        void apply(vtxDrawSettings& settings) const {
-            if (translates && !settings.modelViewTranslates)
-                settings.modelView.makeIdentity();
-            float* const elements = settings.modelView.ptr();
-            std::memcpy(elements + 12, place, sizeof(place));
-            if (!translates)
-                std::memcpy(elements, axes, sizeof(axes));
-            settings.modelViewTranslates = translates;
-        }
-
-        float place[4];
-        float axes[12];
-        bool translates;
-    };
     /// What was derived from the settings and has to be derived anew.
     enum Stale : unsigned {
         StaleView = 1,       ///< projection, viewport, target, technique or what else a run shares
@@ -315,7 +278,7 @@ private:
     vtxStack<osg::RectImpl<osg::Vec2i>> clips_;
     qor::vector<osg::RectImpl<osg::Vec2i>> viewports_;
     qor::vector<osg::Matrixf> projections_;
-    vtxStack<ModelView> modelViews_;
+    vtxStack<vtxModelView> modelViews_;
     qor::vector<Pass> passes_;
     StackHeights base_;
     StackHeights passStart_;
