@@ -60,8 +60,8 @@ void expectNear(std::vector<double> const& actual, std::vector<double> const& ex
 
 constexpr double pi = 3.14159265358979;
 
-/// Corner and edges of a rectangle after a turn about a pivot, counter-clockwise on a screen whose y points down. Corners
-/// lie on steps of 1/256 pixel.
+/// Corner and edges of a rectangle after a turn about a pivot, counter-clockwise on a screen whose y points down.
+/// Corners lie on steps of 1/256 pixel.
 std::vector<double> turned(double degrees, osg::Vec2d pivot, osg::Vec2d place, osg::Vec2d corner, osg::Vec2d size) {
     double const c = std::cos(degrees / 180.0 * pi);
     double const s = std::sin(degrees / 180.0 * pi);
