@@ -185,8 +185,8 @@ StateInfo* Data::findStateInfo_(InteractiveState state, int inner) const {
     static KnownLook looks[interactiveStateCount];
     KnownLook& known = looks[static_cast<unsigned>(state) % interactiveStateCount];
     // An empty table tells nobody that it has come, maybe to the place of one that has gone.
-    bool const same = !states->empty() && known.table == states.get() && known.epoch == LookEpoch::ofLooks() && known.state == state &&
-                      known.inner == inner;
+    bool const same = !states->empty() && known.table == states.get() && known.epoch == LookEpoch::ofLooks() &&
+                      known.state == state && known.inner == inner;
     return same ? known.found : searchStateInfo_(known, state, inner);
 }
 

@@ -72,6 +72,6 @@ private:
     osg::Vec2i hostSize_;
     bool passOpen_ = false;
     vtxDeviceHandle boundTarget_ = 0;
-    vtxDeviceHandle lastHandle_ = 0;  ///< handles are never used again, so that a dead one is known
+    vtxDeviceHandle lastHandle_ = 0;                  ///< handles are never used again, so that a dead one is known
     qor::hash_map<vtxDeviceHandle, Object> objects_;  ///< the living ones
 };

@@ -100,10 +100,10 @@ TEST(Surfaces, HaveAMouseOfTheirOwn) {
 }
 
 TEST(Surfaces, AreAskedForTheirMouseByWhatMovesOnThemInOnePass) {
+    int asked = 0;
     support::TestHost host;
     GUI& gui = *GUI::get();
     int const id = gui.createSurface();
-    int asked = 0;
     gui.setSurfaceMouseFunc(id, [&asked](int x, int y) { return ++asked, Vec2i(x, y); });
     gui::Panel* panels[2];
     for (int i = 0; i < 2; ++i) {
