@@ -21,13 +21,12 @@ namespace gui {
 namespace {
 
 unsigned packColor(osg::Vec4f const& color) {
-    using Bytes = int __attribute__((vector_size(16)));
     constexpr vtxFloats least = {};
     constexpr vtxFloats most = {255.0f, 255.0f, 255.0f, 255.0f};
     vtxFloats const wanted = vtxPairs::load(color.ptr()) * 255.0f;
     // What is no number counts as 0.
     vtxFloats const positive = wanted > least ? wanted : least;
-    Bytes const bytes = __builtin_convertvector(positive < most ? positive : most, Bytes);
+    vtxInts const bytes = __builtin_convertvector(positive < most ? positive : most, vtxInts);
     return static_cast<unsigned>(bytes[0] | bytes[1] << 8 | bytes[2] << 16) | static_cast<unsigned>(bytes[3]) << 24;
 }
 

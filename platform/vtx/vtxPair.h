@@ -41,6 +41,16 @@ inline bool isSame(vtxFloats a, vtxFloats b) {
 #endif
 }
 
+/// The same for any two plain values of that size.
+template <class Value>
+bool isSameBits(Value const& a, Value const& b) {
+    static_assert(sizeof(Value) == sizeof(vtxFloats));
+    vtxFloats bitsA, bitsB;
+    std::memcpy(&bitsA, &a, sizeof(bitsA));
+    std::memcpy(&bitsB, &b, sizeof(bitsB));
+    return isSame(bitsA, bitsB);
+}
+
 inline vtxPair first(vtxFloats floats) { return vtxPair{floats[0], floats[1]}; }
 inline vtxPair last(vtxFloats floats) { return vtxPair{floats[2], floats[3]}; }
 

@@ -4,19 +4,11 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 
 namespace {
 
 bool isSame(vtxQuadBatcher::Shape const& a, vtxQuadBatcher::Shape const& b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
-}
-
-bool isSame(osg::RectImpl<osg::Vec2i> const& a, osg::RectImpl<osg::Vec2i> const& b) {
-    vtxFloats bitsA, bitsB;
-    std::memcpy(&bitsA, &a, sizeof(bitsA));
-    std::memcpy(&bitsB, &b, sizeof(bitsB));
-    return vtxPairs::isSame(bitsA, bitsB);
 }
 
 void markLayer(std::uint64_t (&layers)[vtxTextureStore::maxLayers / 64], int layer) {
@@ -38,7 +30,8 @@ inline bool vtxQuadBatcher::hasSameColors_(Block const& block, Kept const& kept)
 [[gnu::always_inline]] inline bool vtxQuadBatcher::updateBlock_(Block const& block, Kept& kept) {
     if (!isKnown_(block, kept))
         return false;
-    bool const inPlace = kept.x == transform_.x && kept.y == transform_.y && isSame(kept.visible, view_.visible);
+    bool const inPlace =
+        kept.x == transform_.x && kept.y == transform_.y && vtxPairs::isSameBits(kept.visible, view_.visible);
     if (kept.content != block.key.content && !patchBlock_(block, kept)) [[unlikely]]
         return false;
     return (inPlace || moveBlock_(block, kept)) && (hasSameColors_(block, kept) || colorBlock_(block, kept));

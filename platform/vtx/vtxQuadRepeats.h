@@ -35,7 +35,7 @@ public:
     Entry const* find(Space const& space, vtxQuad const& quad) const {
         std::size_t const slot = getSlot_(quad);
         for (Entry const* const entry : {&entries_[slot], &entries_[slot ^ 1]}) {
-            if (isSame_(&entry->space, &space) &&
+            if (vtxPairs::isSameBits(entry->space, space) &&
                 vtxPairs::isSame(vtxPairs::load(entry->coordinates), vtxPairs::load(&quad.uMin)) &&
                 std::memcmp(entry->size, &quad.w, sizeof(entry->size)) == 0)
                 return entry;
@@ -63,13 +63,6 @@ private:
         // Fibonacci hashing: the golden ratio of 2 to the 64th spreads neighbours.
         constexpr std::uint64_t golden = 0x9E3779B97F4A7C15;
         return static_cast<std::size_t>(((size * golden) ^ corner) * golden >> (64 - std::bit_width(count - 1)));
-    }
-    static bool isSame_(Space const* a, Space const* b) {
-        static_assert(sizeof(Space) == sizeof(vtxFloats));
-        vtxFloats bitsA, bitsB;
-        std::memcpy(&bitsA, a, sizeof(bitsA));
-        std::memcpy(&bitsB, b, sizeof(bitsB));
-        return vtxPairs::isSame(bitsA, bitsB);
     }
 
     qor::vector<Entry> entries_;
